@@ -1,0 +1,116 @@
+#include "parserdriver.h"
+
+#include <iostream>
+#include <sstream>
+
+#include "parser.hh"
+#include "scanner.h"
+
+namespace ExpressionParser {
+
+// Everything one parse needs, created once per driver and reused: the input
+// stream, the scanner reading it and the parser pulling from the scanner.
+struct ParsingContext {
+    explicit ParsingContext(ParserDriver& driver) : scanner(&input, nullptr), parser(driver) {}
+
+    std::istringstream input;
+    Scanner scanner;
+    Parser parser;
+    std::uint64_t maxRangeCells = ParserDriver::kDefaultMaxRangeCells;
+};
+
+ParserDriver::ParserDriver()
+    : poRoot_(nullptr), poSource_(nullptr), poContext_(new ParsingContext(*this)) {}
+
+ParserDriver::~ParserDriver() {
+    poRoot_ = nullptr;
+    poSource_ = nullptr;
+    delete poContext_;
+}
+
+ParserDriver& ParserDriver::operator=(const ParserDriver& other) {
+    if (this == &other) return *this;
+    oErrorText_ = other.oErrorText_;
+    if (poSource_ == nullptr && other.poSource_ != nullptr) poSource_ = other.poSource_->poClone();
+    return *this;
+}
+
+ASTNode* ParserDriver::poParseExpression(const std::string& text) {
+    std::string formula = text;
+    poRoot_ = nullptr;
+    oErrorText_.clear();
+    if (SpreadSheetHelper::bIsNumber(formula)) {
+        formula.insert(0, "=");
+    } else if (formula.empty() || formula[0] != '=') {
+        return nullptr;
+    }
+
+    poContext_->input.str(formula);
+    poContext_->input.clear();
+    poContext_->scanner.yyrestart(poContext_->input);
+
+    int result = 1;
+    try {
+        result = poContext_->parser.parse();
+    } catch (...) {
+        // A tree already handed over by an earlier formula in the same text
+        // (after a byte 0) is ours to free when the parse does not finish.
+        delete poRoot_;
+        poRoot_ = nullptr;
+        throw;
+    }
+    if (result != 0) {
+        delete poRoot_;
+        poRoot_ = nullptr;
+    }
+    return poRoot_;
+}
+
+void ParserDriver::vSetASTNode(ASTNode* root) {
+    // A second formula after a byte 0 replaces the first; the first is ours.
+    if (poRoot_ != nullptr && poRoot_ != root) delete poRoot_;
+    poRoot_ = root;
+}
+
+void ParserDriver::vSetCalcCollection(CalculationCollectionBase* source) {
+    poSource_ = source;
+}
+
+std::string& ParserDriver::oGetErrorMsg() {
+    return oErrorText_;
+}
+
+VariableRecord ParserDriver::getVariableFrom(const std::string& name) const {
+    if (poSource_ == nullptr) return VariableRecord{ExprNoType, nullptr, nullptr, ErrInvalidArg};
+    return poSource_->oGetVariable(name);
+}
+
+void ParserDriver::error(const std::string& message) {
+    oErrorText_ = message;
+    std::cerr << oErrorText_ << std::endl;
+}
+
+void ParserDriver::error(const location& where, const std::string& message) {
+    std::ostringstream text;
+    text << where << ": " << message;
+    error(text.str());
+}
+
+void ParserDriver::vSetMaxRangeCells(std::uint64_t cells) {
+    poContext_->maxRangeCells = cells;
+}
+
+std::uint64_t ParserDriver::u64GetMaxRangeCells() const {
+    return poContext_->maxRangeCells;
+}
+
+void ParserDriver::vSetTrace(bool enabled) {
+    poContext_->scanner.vSetDebug(enabled);
+    poContext_->parser.set_debug_level(enabled ? 1 : 0);
+}
+
+Scanner& ParserDriver::scanner() {
+    return poContext_->scanner;
+}
+
+}  // namespace ExpressionParser

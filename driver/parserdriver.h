@@ -1,0 +1,92 @@
+#ifndef CELLFORMULA_PARSERDRIVER_H
+#define CELLFORMULA_PARSERDRIVER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "astnode.h"
+#include "calculationcollection.h"
+#include "location.hh"
+#include "spreadsheethelper.h"
+
+namespace ExpressionParser {
+
+class Scanner;
+struct ParsingContext;
+
+// The library's entry: parses formula texts into expression trees. One driver
+// serves one thread at a time; separate drivers share nothing.
+class ParserDriver {
+public:
+    // A range larger than this many cells fails the parse unless the host
+    // raises the limit with vSetMaxRangeCells.
+    static constexpr std::uint64_t kDefaultMaxRangeCells = 1000000;
+
+    ParserDriver();
+    ~ParserDriver();
+    ParserDriver(const ParserDriver&) = delete;
+    // Copies the error text; takes a clone of the other driver's variable
+    // source when this driver has none. The tree root is never copied.
+    ParserDriver& operator=(const ParserDriver& other);
+
+    // Parses one formula ("=..." or a bare number). Returns the tree, owned by
+    // the caller, or null; after a failure oGetErrorMsg() says why (it stays
+    // empty for a text that is neither a number nor begins with "=").
+    ASTNode* poParseExpression(const std::string& text);
+
+    void vSetASTNode(ASTNode* root);
+    void vSetCalcCollection(CalculationCollectionBase* source);
+    std::string& oGetErrorMsg();
+    VariableRecord getVariableFrom(const std::string& name) const;
+
+    void error(const std::string& message);
+    void error(const location& where, const std::string& message);
+
+    // One variable node per cell of the rectangle between two corners, row by
+    // row. An invalid corner, or a rectangle of more cells than the limit,
+    // records a message through error() and yields an empty list.
+    std::vector<ASTNode*> oGetMultipleCellsVarList(const std::string& from, const std::string& to);
+
+    void vSetMaxRangeCells(std::uint64_t cells);
+    std::uint64_t u64GetMaxRangeCells() const;
+
+    // Scanner and parser traces to standard error.
+    void vSetTrace(bool enabled);
+
+    // Reference rewriting for copied formulas and inserted or deleted rows and
+    // columns; texts not beginning with "=" come back unchanged.
+    //
+    // Choices beyond the plain character scan:
+    // - A name of letters and digits directly followed by "(" is a function
+    //   call (ATAN2(, LOG10(), never a reference, and is copied unchanged.
+    // - Both "input(" and "INPUT(" sections are copied unchanged, as the
+    //   scanner accepts both forms.
+    // - Positions are not limited to 16 bits: texts of any length are
+    //   rewritten in one pass.
+    static std::string oOffsetCellsNames(const std::string& formula, int rowOffset, int columnOffset);
+    static std::string oChangeCellNames(const std::string& formula, int row, int column,
+                                        int rowChange, int columnChange);
+    static std::string oChangeCellNamesAfterRowInsertion(const std::string& formula, int row);
+    static std::string oChangeCellNamesAfterColumnInsertion(const std::string& formula, int column);
+    static std::string oChangeCellNamesAfterRowDeletion(const std::string& formula, int row);
+    static std::string oChangeCellNamesAfterColumnDeletion(const std::string& formula, int column);
+
+    // The scanner that the parser pulls its tokens from.
+    Scanner& scanner();
+
+private:
+    ASTNode* poRoot_;
+    CalculationCollectionBase* poSource_;
+    ParsingContext* poContext_;
+    std::string oErrorText_;
+};
+
+// Position of the first occurrence of `needle` in `text` at or after `start`,
+// or -1. Positions beyond 32767 do not fit the result; the rewriting
+// operations therefore use their own unlimited search.
+std::int16_t s16FindTextIndex(const std::string& text, const std::string& needle, std::int16_t start);
+
+}  // namespace ExpressionParser
+
+#endif

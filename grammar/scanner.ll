@@ -1,0 +1,107 @@
+%{
+/* Token rules of the formula language. Keywords are all capitals or all
+   small letters; everything the grammar has no use for comes out as a
+   single byte, which the parser reports as an invalid token. */
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "scanner.h"
+
+#undef YY_DECL
+#define YY_DECL int ExpressionParser::Scanner::lex(ExpressionParser::Parser::semantic_type* yylval, \
+                                                   ExpressionParser::location* yylloc)
+
+/* Every token first covers its own characters. */
+#define YY_USER_ACTION yylloc->columns(static_cast<int>(yyleng));
+
+using token = ExpressionParser::Parser::token;
+%}
+
+%option c++
+%option prefix="Expression"
+%option noyywrap nounput noinput
+%option debug
+%option batch
+
+%%
+
+%{
+    yylloc->step();
+%}
+
+[0-9]+              {
+                        // Keep the low 32 bits of whatever strtol makes of the digits.
+                        const long value = std::strtol(yytext, nullptr, 10);
+                        yylval->integerValue = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+                        return token::INTEGER;
+                    }
+[0-9]+"."[0-9]*     { yylval->doubleValue = std::strtod(yytext, nullptr); return token::DOUBLE; }
+"SIN"|"sin"         { return token::SIN; }
+"COS"|"cos"         { return token::COS; }
+"TAN"|"tan"         { return token::TAN; }
+"ASIN"|"asin"       { return token::ASIN; }
+"ACOS"|"acos"       { return token::ACOS; }
+"ATAN"|"atan"       { return token::ATAN; }
+"ATAN2"|"atan2"     { return token::ATAN2; }
+"MIN"|"min"         { return token::MIN; }
+"MAX"|"max"         { return token::MAX; }
+"SUM"|"sum"         { return token::SUM; }
+"AND"|"and"         { return token::AND; }
+"OR"|"or"           { return token::OR; }
+"NOT"|"not"         { return token::NOT; }
+"SQRT"|"sqrt"       { return token::SQRT; }
+"LN"|"ln"           { return token::LN; }
+"LOG"|"log"         { return token::LOG; }
+"IF"|"if"           { return token::IF; }
+"TEXT"|"text"       { return token::TEXT; }
+"ISERROR"|"iserror" { return token::ISERROR; }
+"PI"|"pi"           { return token::PI; }
+"DEC2BIN"|"dec2bin" { return token::DEC2BIN; }
+"BIN2DEC"|"bin2dec" { return token::BIN2DEC; }
+"DEC2HEX"|"dec2hex" { return token::DEC2HEX; }
+"HEX2DEC"|"hex2dec" { return token::HEX2DEC; }
+"BIN2HEX"|"bin2hex" { return token::BIN2HEX; }
+"HEX2BIN"|"hex2bin" { return token::HEX2BIN; }
+"<="                { return token::LE; }
+">="                { return token::GE; }
+"LEFT"|"left"       { return token::LEFT; }
+"RIGHT"|"right"     { return token::RIGHT; }
+("INPUT"|"input")"(\""[^"]+"\")" {
+                        yylval->stringValue = new std::string(yytext + 7, static_cast<std::size_t>(yyleng) - 9);
+                        return token::INPUT;
+                    }
+[a-zA-Z$?][a-zA-Z0-9$?,_.]* {
+                        yylval->stringValue = new std::string(yytext, static_cast<std::size_t>(yyleng));
+                        return token::STRING;
+                    }
+\"[^"]*\"           {
+                        yylval->stringValue = new std::string(yytext + 1, static_cast<std::size_t>(yyleng) - 2);
+                        return token::TEXTLITERAL;
+                    }
+[ \t\r]+            { yylloc->step(); }
+\n                  {
+                        // The token spans to the start of the next line; it is
+                        // returned without stepping, so it prints as 1.3-2.0.
+                        yylloc->lines(1);
+                        return token::EOL;
+                    }
+.                   { return static_cast<unsigned char>(yytext[0]); }
+
+%%
+
+ExpressionParser::Scanner::Scanner(std::istream* in, std::ostream* out)
+    : ExpressionFlexLexer(in, out) {}
+
+ExpressionParser::Scanner::~Scanner() = default;
+
+void ExpressionParser::Scanner::vSetDebug(bool enabled) {
+    set_debug(enabled ? 1 : 0);
+}
+
+// The engine's argument-less entry is never used: tokens come from lex().
+int ExpressionFlexLexer::yylex() {
+    std::cerr << "in ExpressionFlexLexer::yylex() !" << std::endl;
+    return 0;
+}

@@ -1,0 +1,17 @@
+#ifndef CELLFORMULA_H
+#define CELLFORMULA_H
+
+// Everything a host needs: the driver, the host interface and every node class.
+#include "arithmetic.h"
+#include "astnode.h"
+#include "calculationcollection.h"
+#include "comparison.h"
+#include "logic.h"
+#include "mathfunctions.h"
+#include "parserdriver.h"
+#include "radix.h"
+#include "spreadsheethelper.h"
+#include "textfunctions.h"
+#include "variable.h"
+
+#endif

@@ -1,0 +1,232 @@
+#include "astnode.h"
+
+#include <utility>
+
+using cellformula::Answer;
+using cellformula::EvaluationScope;
+using cellformula::Query;
+using cellformula::errorOf;
+using cellformula::numberOf;
+using cellformula::typeOf;
+
+// ---------------------------------------------------------------- ASTNode
+
+ASTNode::~ASTNode() = default;
+
+std::uint32_t ASTNode::exprType() {
+    return ExprNumber;
+}
+
+std::uint32_t ASTNode::errType() {
+    return ErrNone;
+}
+
+std::string ASTNode::stringEvaluate() const {
+    return QuandelUtils::sstringify(f64Evaluate());
+}
+
+Answer ASTNode::answerWithin(Query query, EvaluationScope&) const {
+    // A node defined outside the library only has its public operations.
+    auto& self = const_cast<ASTNode&>(*this);
+    switch (query) {
+        case Query::Number: return Answer::ofNumber(f64Evaluate());
+        case Query::Text: return Answer::ofText(stringEvaluate());
+        case Query::Type: return Answer::ofCode(self.exprType());
+        case Query::Error: return Answer::ofCode(self.errType());
+    }
+    return Answer();
+}
+
+void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
+
+void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
+    while (!pending.empty()) {
+        ASTNode* node = pending.back();
+        pending.pop_back();
+        if (node == nullptr) continue;
+        node->detachOperands(pending);
+        delete node;
+    }
+}
+
+void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
+    for (unsigned int i = 0; i < depth; ++i) stream << "  ";
+}
+
+// ---------------------------------------------------------------- leaves
+
+CNConstant::CNConstant(double value) : f64Value(value) {}
+
+double CNConstant::f64Evaluate() const {
+    return f64Value;
+}
+
+void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    writeIndent(stream, depth);
+    stream << f64Value << std::endl;
+}
+
+Answer CNConstant::answerWithin(Query query, EvaluationScope&) const {
+    switch (query) {
+        case Query::Number: return Answer::ofNumber(f64Value);
+        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(f64Value));
+        case Query::Type: return Answer::ofCode(ExprNumber);
+        case Query::Error: return Answer::ofCode(ErrNone);
+    }
+    return Answer();
+}
+
+CNStringConstant::CNStringConstant(const std::string& text) : oValue(text) {}
+
+double CNStringConstant::f64Evaluate() const {
+    return 0.0;
+}
+
+void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    writeIndent(stream, depth);
+    stream << oValue << std::endl;
+}
+
+std::uint32_t CNStringConstant::exprType() {
+    return ExprString;
+}
+
+std::string CNStringConstant::stringEvaluate() const {
+    return oValue;
+}
+
+Answer CNStringConstant::answerWithin(Query query, EvaluationScope&) const {
+    switch (query) {
+        case Query::Number: return Answer::ofNumber(0.0);
+        case Query::Text: return Answer::ofText(oValue);
+        case Query::Type: return Answer::ofCode(ExprString);
+        case Query::Error: return Answer::ofCode(ErrNone);
+    }
+    return Answer();
+}
+
+namespace {
+constexpr double kPi = 3.141592653589793;
+}
+
+double CNPi::f64Evaluate() const {
+    return kPi;
+}
+
+void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    writeIndent(stream, depth);
+    stream << kPi << std::endl;
+}
+
+Answer CNPi::answerWithin(Query query, EvaluationScope&) const {
+    switch (query) {
+        case Query::Number: return Answer::ofNumber(kPi);
+        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(kPi));
+        case Query::Type: return Answer::ofCode(ExprNumber);
+        case Query::Error: return Answer::ofCode(ErrNone);
+    }
+    return Answer();
+}
+
+// ---------------------------------------------------------------- one operand
+
+CNSingleChildNode::CNSingleChildNode(ASTNode* child, const std::string& name)
+    : poChild(child), oName(name) {}
+
+CNSingleChildNode::~CNSingleChildNode() {
+    deleteSubtrees({std::exchange(poChild, nullptr)});
+}
+
+void CNSingleChildNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    writeIndent(stream, depth);
+    stream << oName << std::endl;
+    poChild->vPrintNode(stream, depth + 1);
+}
+
+std::uint32_t CNSingleChildNode::errType() {
+    return cellformula::evaluateError(*this);
+}
+
+std::uint32_t CNSingleChildNode::operandError(EvaluationScope& scope) const {
+    if (typeOf(*poChild, scope) != ExprNumber) return ErrWrongType;
+    return errorOf(*poChild, scope);
+}
+
+Answer CNSingleChildNode::answerWithin(Query query, EvaluationScope& scope) const {
+    switch (query) {
+        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(numberOf(*this, scope)));
+        case Query::Type: return Answer::ofCode(ExprNumber);
+        case Query::Error: return Answer::ofCode(operandError(scope));
+        case Query::Number: break;
+    }
+    return ASTNode::answerWithin(query, scope);
+}
+
+void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
+    pending.push_back(std::exchange(poChild, nullptr));
+}
+
+// ---------------------------------------------------------------- two or more operands
+
+CNManyChildrenNode::CNManyChildrenNode(ASTNode* left, ASTNode* right, const std::string& name)
+    : poLeft(left), poRight(right), oName(name) {}
+
+CNManyChildrenNode::CNManyChildrenNode(const std::vector<ASTNode*>& children, const std::string& name)
+    : oChildren(children), poLeft(nullptr), poRight(nullptr), oName(name) {}
+
+CNManyChildrenNode::~CNManyChildrenNode() {
+    std::vector<ASTNode*> pending;
+    detachOperands(pending);
+    deleteSubtrees(std::move(pending));
+}
+
+void CNManyChildrenNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    writeIndent(stream, depth);
+    stream << oName << std::endl;
+    if (isPairForm()) {
+        poLeft->vPrintNode(stream, depth + 1);
+        poRight->vPrintNode(stream, depth + 1);
+        return;
+    }
+    for (const ASTNode* child : oChildren) child->vPrintNode(stream, depth + 1);
+}
+
+std::uint32_t CNManyChildrenNode::errType() {
+    return cellformula::evaluateError(*this);
+}
+
+std::uint32_t CNManyChildrenNode::operandsError(EvaluationScope& scope) const {
+    if (isPairForm()) {
+        if (poLeft == nullptr || poRight == nullptr) return ErrInvalidArg;
+        if (typeOf(*poLeft, scope) != ExprNumber) return ErrWrongType;
+        if (typeOf(*poRight, scope) != ExprNumber) return ErrWrongType;
+        const std::uint32_t leftError = errorOf(*poLeft, scope);
+        if (leftError != ErrNone) return leftError;
+        return errorOf(*poRight, scope);
+    }
+    for (const ASTNode* child : oChildren) {
+        const std::uint32_t error = errorOf(*child, scope);
+        if (error != ErrNone) return error;
+        if (typeOf(*child, scope) != ExprNumber) return ErrWrongType;
+    }
+    return ErrNone;
+}
+
+Answer CNManyChildrenNode::answerWithin(Query query, EvaluationScope& scope) const {
+    switch (query) {
+        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(numberOf(*this, scope)));
+        case Query::Type: return Answer::ofCode(ExprNumber);
+        case Query::Error: return Answer::ofCode(operandsError(scope));
+        case Query::Number: break;
+    }
+    return ASTNode::answerWithin(query, scope);
+}
+
+void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {
+    // Pushed in reverse so that the work list deletes left, right, then the
+    // list elements in order.
+    for (auto child = oChildren.rbegin(); child != oChildren.rend(); ++child) pending.push_back(*child);
+    oChildren.clear();
+    pending.push_back(std::exchange(poRight, nullptr));
+    pending.push_back(std::exchange(poLeft, nullptr));
+}

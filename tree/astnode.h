@@ -1,0 +1,147 @@
+#ifndef CELLFORMULA_ASTNODE_H
+#define CELLFORMULA_ASTNODE_H
+
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "evaluation.h"
+#include "sstringify.h"
+
+// Kind of a node's value: read a number with f64Evaluate, a text with
+// stringEvaluate.
+enum ExprType : std::uint32_t {
+    ExprNumber = 0,
+    ExprString = 1,
+    ExprNoType = 2,
+};
+
+// Error classification of an evaluation. Codes other than these come from
+// the host's variable records and are handed on unchanged.
+enum ErrType : std::uint32_t {
+    ErrNone = 0,
+    ErrInvalidArg = 2,
+    ErrNoValue = 3,
+    ErrInfinite = 4,
+    ErrDomain = 5,
+    ErrWrongType = 6,
+    ErrUnmaskable = 7,
+};
+
+// A node of an expression tree. The six public operations keep their slot
+// order; the two operations after them are the library's own plumbing.
+//
+// Evaluation recurses once per tree level. With the default 8 MB stack a tree
+// nested about 20,000 levels deep evaluates safely; deleting a tree never
+// recurses, whatever its depth.
+class ASTNode {
+public:
+    ASTNode() = default;
+    ASTNode(const ASTNode&) = delete;
+    ASTNode& operator=(const ASTNode&) = delete;
+
+    virtual ~ASTNode();
+    virtual double f64Evaluate() const = 0;
+    virtual void vPrintNode(std::stringstream& stream, unsigned int depth) const = 0;
+    virtual std::uint32_t exprType();
+    virtual std::uint32_t errType();
+    virtual std::string stringEvaluate() const;
+
+    // Answers one query inside an evaluation scope. The default asks the
+    // public operations, so nodes defined outside the library work unchanged.
+    virtual cellformula::Answer answerWithin(cellformula::Query query,
+                                             cellformula::EvaluationScope& scope) const;
+
+    // Moves the owned operands into `pending` and forgets them, so that a tree
+    // can be deleted with a work list instead of one stack frame per level.
+    virtual void detachOperands(std::vector<ASTNode*>& pending);
+
+protected:
+    // Deletes the given subtrees without recursion.
+    static void deleteSubtrees(std::vector<ASTNode*> pending);
+    static void writeIndent(std::stringstream& stream, unsigned int depth);
+};
+
+// A number literal.
+class CNConstant : public ASTNode {
+public:
+    explicit CNConstant(double value);
+    double f64Evaluate() const override;
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+
+    double f64Value;
+};
+
+// A text literal.
+class CNStringConstant : public ASTNode {
+public:
+    explicit CNStringConstant(const std::string& text);
+    double f64Evaluate() const override;
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    std::uint32_t exprType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+
+    std::string oValue;
+};
+
+// PI().
+class CNPi : public ASTNode {
+public:
+    CNPi() = default;
+    double f64Evaluate() const override;
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+};
+
+// Base of the one-operand operators and functions.
+class CNSingleChildNode : public ASTNode {
+public:
+    explicit CNSingleChildNode(ASTNode* child, const std::string& name = std::string());
+    ~CNSingleChildNode() override;
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+    void detachOperands(std::vector<ASTNode*>& pending) override;
+
+    ASTNode* poChild;
+    std::string oName;
+
+protected:
+    // Operand not a number: wrong type; otherwise the operand's own error.
+    std::uint32_t operandError(cellformula::EvaluationScope& scope) const;
+};
+
+// Base of the nodes with two or more operands: either the pair poLeft/poRight
+// (oChildren empty) or the list oChildren built from a cell range.
+class CNManyChildrenNode : public ASTNode {
+public:
+    CNManyChildrenNode(ASTNode* left, ASTNode* right, const std::string& name = std::string());
+    explicit CNManyChildrenNode(const std::vector<ASTNode*>& children,
+                                const std::string& name = std::string());
+    ~CNManyChildrenNode() override;
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+    void detachOperands(std::vector<ASTNode*>& pending) override;
+
+    std::vector<ASTNode*> oChildren;
+    ASTNode* poLeft;
+    ASTNode* poRight;
+    std::string oName;
+
+protected:
+    bool isPairForm() const { return oChildren.empty(); }
+    // Pair: absent operand, then both types, then left and right error.
+    // List: per element its error, then its type.
+    std::uint32_t operandsError(cellformula::EvaluationScope& scope) const;
+};
+
+#endif

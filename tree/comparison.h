@@ -1,0 +1,56 @@
+#ifndef CELLFORMULA_COMPARISON_H
+#define CELLFORMULA_COMPARISON_H
+
+#include "astnode.h"
+
+// x > y: numbers as numbers, anything else as texts.
+class CNGreater : public CNManyChildrenNode {
+public:
+    CNGreater(ASTNode* left, ASTNode* right);
+    double f64Evaluate() const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+};
+
+// x < y.
+class CNLess : public CNManyChildrenNode {
+public:
+    CNLess(ASTNode* left, ASTNode* right);
+    double f64Evaluate() const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+};
+
+// x >= y.
+class CNGreatEqual : public CNManyChildrenNode {
+public:
+    CNGreatEqual(ASTNode* left, ASTNode* right);
+    double f64Evaluate() const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+};
+
+// x <= y.
+class CNLessEqual : public CNManyChildrenNode {
+public:
+    CNLessEqual(ASTNode* left, ASTNode* right);
+    double f64Evaluate() const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+};
+
+// x = y, exact for numbers, byte for byte for texts.
+class CNEqual : public CNManyChildrenNode {
+public:
+    CNEqual(ASTNode* left, ASTNode* right);
+    double f64Evaluate() const override;
+    std::uint32_t errType() override;
+    cellformula::Answer answerWithin(cellformula::Query query,
+                                     cellformula::EvaluationScope& scope) const override;
+};
+
+#endif

@@ -1,0 +1,66 @@
+#include "evaluation.h"
+
+#include "astnode.h"
+
+namespace cellformula {
+
+bool EvaluationScope::recall(const void* key, double& value) const {
+    for (std::size_t i = 0; i < inlineCount_; ++i) {
+        if (inlineEntries_[i].first == key) {
+            value = inlineEntries_[i].second;
+            return true;
+        }
+    }
+    if (!overflow_) return false;
+    const auto found = overflow_->find(key);
+    if (found == overflow_->end()) return false;
+    value = found->second;
+    return true;
+}
+
+void EvaluationScope::remember(const void* key, double value) {
+    if (inlineCount_ < kInlineEntries) {
+        inlineEntries_[inlineCount_++] = {key, value};
+        return;
+    }
+    if (!overflow_) overflow_ = std::make_unique<std::unordered_map<const void*, double>>();
+    (*overflow_)[key] = value;
+}
+
+double numberOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.answerWithin(Query::Number, scope).number;
+}
+
+std::string textOf(const ASTNode& node, EvaluationScope& scope) {
+    return std::move(node.answerWithin(Query::Text, scope).text);
+}
+
+std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.answerWithin(Query::Type, scope).code;
+}
+
+std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.answerWithin(Query::Error, scope).code;
+}
+
+double evaluateNumber(const ASTNode& node) {
+    EvaluationScope scope;
+    return numberOf(node, scope);
+}
+
+std::string evaluateText(const ASTNode& node) {
+    EvaluationScope scope;
+    return textOf(node, scope);
+}
+
+std::uint32_t evaluateType(const ASTNode& node) {
+    EvaluationScope scope;
+    return typeOf(node, scope);
+}
+
+std::uint32_t evaluateError(const ASTNode& node) {
+    EvaluationScope scope;
+    return errorOf(node, scope);
+}
+
+}  // namespace cellformula

@@ -1,0 +1,76 @@
+#ifndef CELLFORMULA_EVALUATION_H
+#define CELLFORMULA_EVALUATION_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+class ASTNode;
+
+namespace cellformula {
+
+// Which public operation an internal evaluation stands for.
+enum class Query : std::uint8_t { Number, Text, Type, Error };
+
+// The result of one query: `number` for Number, `text` for Text, `code` for
+// Type and Error.
+struct Answer {
+    double number = 0.0;
+    std::uint32_t code = 0;
+    std::string text;
+
+    static Answer ofNumber(double value) {
+        Answer answer;
+        answer.number = value;
+        return answer;
+    }
+    static Answer ofText(std::string value) {
+        Answer answer;
+        answer.text = std::move(value);
+        return answer;
+    }
+    static Answer ofCode(std::uint32_t value) {
+        Answer answer;
+        answer.code = value;
+        return answer;
+    }
+};
+
+// Answers shared by the operations of one public call. An IF's condition and a
+// sum's type are asked for again and again by the nodes above them; keeping
+// them here for the length of one call keeps every call linear in the tree
+// without storing anything in the (possibly shared) tree itself.
+class EvaluationScope {
+public:
+    EvaluationScope() = default;
+    EvaluationScope(const EvaluationScope&) = delete;
+    EvaluationScope& operator=(const EvaluationScope&) = delete;
+
+    bool recall(const void* key, double& value) const;
+    void remember(const void* key, double value);
+
+private:
+    static constexpr std::size_t kInlineEntries = 8;
+    std::pair<const void*, double> inlineEntries_[kInlineEntries] = {};
+    std::size_t inlineCount_ = 0;
+    std::unique_ptr<std::unordered_map<const void*, double>> overflow_;
+};
+
+// Entry points for nodes asking their operands within one call.
+double numberOf(const ASTNode& node, EvaluationScope& scope);
+std::string textOf(const ASTNode& node, EvaluationScope& scope);
+std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope);
+std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope);
+
+// Entry points for the public operations: each opens a scope of its own.
+double evaluateNumber(const ASTNode& node);
+std::string evaluateText(const ASTNode& node);
+std::uint32_t evaluateType(const ASTNode& node);
+std::uint32_t evaluateError(const ASTNode& node);
+
+}  // namespace cellformula
+
+#endif

@@ -1,0 +1,174 @@
+#include "logic.h"
+
+#include <cmath>
+#include <utility>
+
+using cellformula::Answer;
+using cellformula::EvaluationScope;
+using cellformula::Query;
+using cellformula::errorOf;
+using cellformula::numberOf;
+using cellformula::textOf;
+using cellformula::typeOf;
+
+namespace {
+
+// AND stops at the first false operand, OR at the first true one.
+double connect(const CNManyChildrenNode& node, bool stopWhenTrue, EvaluationScope& scope) {
+    const double decided = stopWhenTrue ? 1.0 : 0.0;
+    const double undecided = 1.0 - decided;
+    if (node.oChildren.empty()) {
+        if ((numberOf(*node.poLeft, scope) != 0.0) == stopWhenTrue) return decided;
+        return (numberOf(*node.poRight, scope) != 0.0) ? 1.0 : 0.0;
+    }
+    for (const ASTNode* child : node.oChildren) {
+        if ((numberOf(*child, scope) != 0.0) == stopWhenTrue) return decided;
+    }
+    return undecided;
+}
+
+// fmin and fmax pass over a NaN when the other value is a number.
+double reduce(const CNManyChildrenNode& node, double (*pick)(double, double), EvaluationScope& scope) {
+    if (node.oChildren.empty()) {
+        const double left = numberOf(*node.poLeft, scope);
+        return pick(left, numberOf(*node.poRight, scope));
+    }
+    double result = numberOf(*node.oChildren.front(), scope);
+    for (std::size_t i = 1; i < node.oChildren.size(); ++i) result = pick(result, numberOf(*node.oChildren[i], scope));
+    return result;
+}
+
+double smaller(double a, double b) {
+    return std::fmin(a, b);
+}
+
+double larger(double a, double b) {
+    return std::fmax(a, b);
+}
+
+}  // namespace
+
+#define CELLFORMULA_LIST_FUNCTION(Class, Label, Evaluation)                                           \
+    Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {}           \
+    Class::Class(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, Label) {}      \
+    double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }                  \
+    Answer Class::answerWithin(Query query, EvaluationScope& scope) const {                           \
+        if (query == Query::Number) return Answer::ofNumber(Evaluation);                              \
+        return CNManyChildrenNode::answerWithin(query, scope);                                        \
+    }
+
+CELLFORMULA_LIST_FUNCTION(CNAnd, "and logic", connect(*this, false, scope))
+CELLFORMULA_LIST_FUNCTION(CNOr, "or logic", connect(*this, true, scope))
+CELLFORMULA_LIST_FUNCTION(CNMin, "min minimum", reduce(*this, smaller, scope))
+CELLFORMULA_LIST_FUNCTION(CNMax, "max maximum", reduce(*this, larger, scope))
+
+#undef CELLFORMULA_LIST_FUNCTION
+
+// ---------------------------------------------------------------- CNNot, CNIsError
+
+CNNot::CNNot(ASTNode* operand) : CNSingleChildNode(operand, "not logical") {}
+
+double CNNot::f64Evaluate() const {
+    return cellformula::evaluateNumber(*this);
+}
+
+Answer CNNot::answerWithin(Query query, EvaluationScope& scope) const {
+    if (query == Query::Number) return Answer::ofNumber(numberOf(*poChild, scope) == 0.0 ? 1.0 : 0.0);
+    return CNSingleChildNode::answerWithin(query, scope);
+}
+
+CNIsError::CNIsError(ASTNode* operand) : CNSingleChildNode(operand, "Evaluate Error State") {}
+
+double CNIsError::f64Evaluate() const {
+    return cellformula::evaluateNumber(*this);
+}
+
+std::uint32_t CNIsError::errType() {
+    return cellformula::evaluateError(*this);
+}
+
+Answer CNIsError::answerWithin(Query query, EvaluationScope& scope) const {
+    // Every error is absorbed except the host's unmaskable one.
+    if (query == Query::Number) return Answer::ofNumber(errorOf(*poChild, scope) != ErrNone ? 1.0 : 0.0);
+    if (query == Query::Error) {
+        return Answer::ofCode(errorOf(*poChild, scope) == ErrUnmaskable ? ErrUnmaskable : ErrNone);
+    }
+    return CNSingleChildNode::answerWithin(query, scope);
+}
+
+// ---------------------------------------------------------------- CNIf
+
+CNIf::CNIf(ASTNode* condition, ASTNode* thenBranch, ASTNode* elseBranch)
+    : poCondition(condition), poThen(thenBranch), poElse(elseBranch) {}
+
+CNIf::~CNIf() {
+    std::vector<ASTNode*> pending;
+    detachOperands(pending);
+    deleteSubtrees(std::move(pending));
+}
+
+void CNIf::detachOperands(std::vector<ASTNode*>& pending) {
+    // Reversed, so that the work list deletes condition, then, else.
+    pending.push_back(std::exchange(poElse, nullptr));
+    pending.push_back(std::exchange(poThen, nullptr));
+    pending.push_back(std::exchange(poCondition, nullptr));
+}
+
+double CNIf::f64Evaluate() const {
+    return cellformula::evaluateNumber(*this);
+}
+
+std::uint32_t CNIf::exprType() {
+    return cellformula::evaluateType(*this);
+}
+
+std::uint32_t CNIf::errType() {
+    return cellformula::evaluateError(*this);
+}
+
+std::string CNIf::stringEvaluate() const {
+    return cellformula::evaluateText(*this);
+}
+
+const ASTNode* CNIf::chosenBranch(EvaluationScope& scope, bool& conditionTrue) const {
+    // Every operation of one call makes the same choice; the condition is
+    // evaluated once per call, however often the nodes above ask.
+    double condition = 0.0;
+    if (!scope.recall(this, condition)) {
+        condition = numberOf(*poCondition, scope);
+        scope.remember(this, condition);
+    }
+    conditionTrue = condition != 0.0;
+    return conditionTrue ? poThen : poElse;
+}
+
+Answer CNIf::answerWithin(Query query, EvaluationScope& scope) const {
+    if (poCondition == nullptr) {
+        if (query == Query::Type) return Answer::ofCode(ExprNoType);
+        if (query == Query::Error) return Answer::ofCode(ErrWrongType);
+        return Answer();
+    }
+    if (query == Query::Error) {
+        const std::uint32_t conditionError = errorOf(*poCondition, scope);
+        if (conditionError != ErrNone) return Answer::ofCode(conditionError);
+        if (typeOf(*poCondition, scope) != ExprNumber) return Answer::ofCode(ErrWrongType);
+    }
+    bool conditionTrue = false;
+    const ASTNode* branch = chosenBranch(scope, conditionTrue);
+    if (branch != nullptr) return branch->answerWithin(query, scope);
+    switch (query) {
+        case Query::Number: return Answer::ofNumber(conditionTrue ? 1.0 : 0.0);
+        case Query::Text: return Answer();
+        case Query::Type: return Answer::ofCode(ExprNoType);
+        case Query::Error: return Answer::ofCode(ErrWrongType);
+    }
+    return Answer();
+}
+
+void CNIf::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    writeIndent(stream, depth);
+    stream << "IF condition" << std::endl;
+    poCondition->vPrintNode(stream, depth + 1);
+    if (poThen != nullptr) poThen->vPrintNode(stream, depth + 1);
+    if (poElse != nullptr) poElse->vPrintNode(stream, depth + 1);
+}

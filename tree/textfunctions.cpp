@@ -1,0 +1,189 @@
+#include "textfunctions.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <ios>
+
+using cellformula::Answer;
+using cellformula::EvaluationScope;
+using cellformula::Query;
+using cellformula::errorOf;
+using cellformula::numberOf;
+using cellformula::textOf;
+using cellformula::typeOf;
+
+namespace {
+
+// Truncates toward zero into the signed 32-bit range; NaN counts as 0.
+std::int32_t toInt32(double value) {
+    if (std::isnan(value)) return 0;
+    if (value <= static_cast<double>(INT32_MIN)) return INT32_MIN;
+    if (value >= static_cast<double>(INT32_MAX)) return INT32_MAX;
+    return static_cast<std::int32_t>(value);
+}
+
+std::int32_t lengthOf(const std::string& text) {
+    return static_cast<std::int32_t>(std::min<std::size_t>(text.size(), INT32_MAX));
+}
+
+// Positions in a TEXT format, -1 where the character does not occur.
+struct FormatLayout {
+    std::int32_t point;      // first '.'
+    std::int32_t firstZero;  // first '0'
+    std::int32_t lastZero;   // last '0'
+};
+
+std::int32_t positionOf(std::size_t position) {
+    return position == std::string::npos ? -1 : static_cast<std::int32_t>(std::min<std::size_t>(position, INT32_MAX));
+}
+
+FormatLayout layoutOf(const std::string& format) {
+    return FormatLayout{positionOf(format.find('.')), positionOf(format.find('0')), positionOf(format.rfind('0'))};
+}
+
+// Integer places and decimals of a format such as "00.00".
+void placesOf(const std::string& format, long long& integerPlaces, long long& decimals) {
+    const FormatLayout layout = layoutOf(format);
+    if (layout.point < 0) {
+        integerPlaces = static_cast<long long>(lengthOf(format)) - layout.firstZero;
+        decimals = 0;
+    } else if (layout.point == 0) {
+        integerPlaces = 0;
+        decimals = layout.lastZero;
+    } else {
+        integerPlaces = static_cast<long long>(layout.point) - layout.firstZero;
+        decimals = static_cast<long long>(layout.lastZero) - layout.point;
+    }
+}
+
+std::streamsize clampToStreamSize(long long value) {
+    return static_cast<std::streamsize>(std::max<long long>(std::min<long long>(value, INT_MAX), INT_MIN));
+}
+
+std::string formatValue(double value, const std::string& format) {
+    long long integerPlaces = 0;
+    long long decimals = 0;
+    placesOf(format, integerPlaces, decimals);
+    std::stringstream stream;
+    stream.setf(std::ios_base::fixed, std::ios_base::floatfield);
+    stream.setf(std::ios_base::right, std::ios_base::adjustfield);
+    stream.fill('0');
+    stream.width(clampToStreamSize(integerPlaces + decimals + 1));
+    // A negative precision means the stream's default of six decimals.
+    stream.precision(clampToStreamSize(decimals));
+    stream << value;
+    return stream.str();
+}
+
+// Digits before the point that a value needs; up to 1.0 (negatives too) one.
+std::int32_t integerDigits(double value) {
+    if (value <= 1.0) return 1;
+    return toInt32(std::log10(value) + 1.0);
+}
+
+std::uint32_t textError(const CNManyChildrenNode& node, EvaluationScope& scope) {
+    if (node.poLeft == nullptr || node.poRight == nullptr) return ErrInvalidArg;
+    if (typeOf(*node.poLeft, scope) != ExprNumber) return ErrWrongType;
+    if (typeOf(*node.poRight, scope) != ExprString) return ErrWrongType;
+    const std::string format = textOf(*node.poRight, scope);
+    if (format.empty()) return ErrWrongType;
+    const std::uint32_t valueError = errorOf(*node.poLeft, scope);
+    if (valueError != ErrNone) return valueError;
+    const std::uint32_t formatError = errorOf(*node.poRight, scope);
+    if (formatError != ErrNone) return formatError;
+    const FormatLayout layout = layoutOf(format);
+    const long long places = static_cast<long long>(layout.point) - layout.firstZero;
+    if (integerDigits(numberOf(*node.poLeft, scope)) > places) return ErrWrongType;
+    if (format.find_first_not_of("0.") != std::string::npos) return ErrWrongType;
+    return ErrNone;
+}
+
+// The text LEFT and RIGHT cut from: a number operand formatted, else its text.
+std::string sourceText(const CNManyChildrenNode& node, EvaluationScope& scope) {
+    if (typeOf(*node.poLeft, scope) == ExprNumber) return QuandelUtils::sstringify(numberOf(*node.poLeft, scope));
+    return textOf(*node.poLeft, scope);
+}
+
+std::string cut(const CNManyChildrenNode& node, bool fromLeft, EvaluationScope& scope) {
+    std::string text = sourceText(node, scope);
+    const std::int32_t count = toInt32(numberOf(*node.poRight, scope));
+    const std::int32_t length = lengthOf(text);
+    if (length <= count) return text;
+    if (fromLeft) return count < 0 ? text : text.substr(0, static_cast<std::size_t>(count));
+    // A negative count starts beyond the end, which substr reports as out_of_range.
+    return text.substr(static_cast<std::size_t>(static_cast<std::int64_t>(length) - count));
+}
+
+std::uint32_t cutError(const CNManyChildrenNode& node, EvaluationScope& scope) {
+    if (node.poLeft == nullptr || node.poRight == nullptr) return ErrInvalidArg;
+    const std::uint32_t textType = typeOf(*node.poLeft, scope);
+    const bool textUsable = textType == ExprString || textType == ExprNumber;
+    if (!textUsable && typeOf(*node.poRight, scope) != ExprNumber) return ErrWrongType;
+    const std::uint32_t textErr = errorOf(*node.poLeft, scope);
+    if (textErr != ErrNone) return textErr;
+    const std::uint32_t countErr = errorOf(*node.poRight, scope);
+    if (countErr != ErrNone) return countErr;
+    if (textOf(*node.poLeft, scope).empty()) return ErrWrongType;
+    if (numberOf(*node.poRight, scope) < 1.0) return ErrWrongType;
+    return ErrNone;
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- CNText
+
+CNText::CNText(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "Format Value") {}
+
+double CNText::f64Evaluate() const {
+    return 0.0;
+}
+
+std::uint32_t CNText::exprType() {
+    return ExprString;
+}
+
+std::uint32_t CNText::errType() {
+    return cellformula::evaluateError(*this);
+}
+
+std::string CNText::stringEvaluate() const {
+    return cellformula::evaluateText(*this);
+}
+
+Answer CNText::answerWithin(Query query, EvaluationScope& scope) const {
+    switch (query) {
+        case Query::Number: return Answer::ofNumber(0.0);
+        case Query::Type: return Answer::ofCode(ExprString);
+        case Query::Error: return Answer::ofCode(textError(*this, scope));
+        case Query::Text: {
+            const std::string format = textOf(*poRight, scope);
+            return Answer::ofText(formatValue(numberOf(*poLeft, scope), format));
+        }
+    }
+    return Answer();
+}
+
+// ---------------------------------------------------------------- CNLeft, CNRight
+
+#define CELLFORMULA_CUT_FUNCTION(Class, Label, FromLeft)                                          \
+    Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {}        \
+    double Class::f64Evaluate() const { return 0.0; }                                             \
+    std::uint32_t Class::exprType() { return ExprString; }                                        \
+    std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }                  \
+    std::string Class::stringEvaluate() const { return cellformula::evaluateText(*this); }        \
+    Answer Class::answerWithin(Query query, EvaluationScope& scope) const {                       \
+        switch (query) {                                                                          \
+            case Query::Number: return Answer::ofNumber(0.0);                                     \
+            case Query::Type: return Answer::ofCode(ExprString);                                  \
+            case Query::Error: return Answer::ofCode(cutError(*this, scope));                     \
+            case Query::Text: return Answer::ofText(cut(*this, FromLeft, scope));                 \
+        }                                                                                         \
+        return Answer();                                                                          \
+    }
+
+CELLFORMULA_CUT_FUNCTION(CNLeft, "select left chars of string ", true)
+CELLFORMULA_CUT_FUNCTION(CNRight, "select right chars of string", false)
+
+#undef CELLFORMULA_CUT_FUNCTION
