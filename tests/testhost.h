@@ -28,7 +28,11 @@ public:
         return VariableRecord{found.type, found.hasNumber ? &found.number : nullptr,
                               found.hasText ? &found.text : nullptr, found.error};
     }
-    CalculationCollectionBase* poClone() override { return new TestHost(*this); }
+    // The library never deletes a clone, so the original keeps it alive.
+    CalculationCollectionBase* poClone() override {
+        clones_.push_back(std::make_shared<TestHost>(*this));
+        return clones_.back().get();
+    }
 
     std::vector<std::string> lookups;
 
@@ -46,6 +50,7 @@ private:
 
     std::map<std::string, Cell> cells_;
     std::string throwingName_;
+    std::vector<std::shared_ptr<TestHost>> clones_;
 };
 
 // What a host sees of one formula: parsed or not, and the four answers.
