@@ -33,8 +33,11 @@ enum ErrType : std::uint32_t {
 // order; the two operations after them are the library's own plumbing.
 //
 // Evaluation recurses once per tree level. With the default 8 MB stack a tree
-// nested about 20,000 levels deep evaluates safely; deleting a tree never
-// recurses, whatever its depth.
+// nested 20,000 levels deep evaluates safely in an optimised build (measured:
+// the costliest shape, IF nested in a compared condition, overflows beyond
+// about 24,000 levels; a left-deep sum beyond about 30,000 terms); sanitizer
+// builds need more stack per level. Parsing and deleting never recurse, so
+// trees of any depth can be built and freed.
 class ASTNode {
 public:
     ASTNode() = default;
