@@ -236,7 +236,7 @@ TEST(Grammar, ParserTraceOfOneConstant) {
     parser.set_debug_stream(trace);
     parser.set_debug_level(1);
     EXPECT_EQ(parser.parse(), 0);
-    delete driver.poParseExpression("=0");  // the tree handed over above belongs to us now
+    driver.vSetASTNode(nullptr);  // frees the tree the raw parse handed over
     const std::string text = trace.str();
     EXPECT_EQ(text.rfind("Starting parse\nEntering state 0\nStack now 0\nReducing stack by rule 86 (line ", 0), 0u);
     EXPECT_NE(text.find("Next token is token integer (1.2: )\n"), std::string::npos);
