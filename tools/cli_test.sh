@@ -1,0 +1,227 @@
+#!/bin/sh
+# Cell names such as $A$1 are meant literally inside single quotes.
+# shellcheck disable=SC2016
+
+# End-to-end checks of the cellformula program.
+# Usage: cli_test.sh PATH_TO_CELLFORMULA
+# Each row runs the program once and compares the exit status, standard output
+# (exactly) and standard error (against a shell pattern; "" means silent).
+set -u
+
+cli=${1:?usage: cli_test.sh PATH_TO_CELLFORMULA}
+tab=$(printf '\t')
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+input=/dev/null
+failed=0
+total=0
+
+# res VALUE TYPE ERROR: one result line as the program prints it.
+res() { printf '%s\t%s\t%s' "$1" "$2" "$3"; }
+
+# with_input TEXT: the checks that follow read TEXT on standard input.
+with_input() { printf '%s' "$1" >"$work/in"; input=$work/in; }
+no_input() { input=/dev/null; }
+
+# check STATUS STDOUT STDERR_PATTERN ARG...
+check() {
+    want_status=$1 want_out=$2 want_err=$3
+    shift 3
+    total=$((total + 1))
+    "$cli" "$@" <"$input" >"$work/out" 2>"$work/err"
+    status=$?
+    out=$(cat "$work/out")
+    err=$(cat "$work/err")
+    problem=""
+    [ "$status" = "$want_status" ] || problem="status $status, expected $want_status"
+    [ "$out" = "$want_out" ] || problem="$problem${problem:+; }stdout differs"
+    # The pattern is deliberately unquoted: it is a shell pattern.
+    # shellcheck disable=SC2254
+    case $err in $want_err) ;; *) problem="$problem${problem:+; }stderr does not match '$want_err'" ;; esac
+    if [ -n "$problem" ]; then
+        failed=$((failed + 1))
+        printf 'FAIL: cellformula %s\n  %s\n  stdout:   %s\n  expected: %s\n  stderr:   %s\n' \
+            "$*" "$problem" "$out" "$want_out" "$err"
+    fi
+}
+
+# --- evaluation: value, type and error of plain formulas
+check 0 "$(res 1.5 number '0 ErrNone')" "" '=1.5'
+check 0 "$(res 42 number '0 ErrNone')" "" '42'
+check 0 "$(res -7 number '0 ErrNone')" "" '-7'
+check 0 "$(res 1e+06 number '0 ErrNone')" "" '=1000*1000'
+check 0 "$(res inf number '5 ErrDomain')" "" '=1/0'
+check 0 "$(res abc text '0 ErrNone')" "" '="ab"+"c"'
+check 0 "$(res 'a\tb' text '0 ErrNone')" "" "=\"a${tab}b\""
+check 0 "$(res 0 number '3 ErrNoValue')" "" '=A1'
+check 0 "$(res no text '0 ErrNone')" "" '=IF(0;"yes";"no")'
+check 0 "$(res -inf number '4 ErrInfinite')" "" '=LN(0)'
+check 0 "$(res '' none '6 ErrWrongType')" "" '=IF(1>2;1)'
+check 0 "$(res 11101000 text '2 ErrInvalidArg')" "" '=DEC2BIN(1000)'
+check 0 "$(res 3.14 text '0 ErrNone')" "" '=TEXT(3.14159;"0.00")'
+
+# --- cells from the command line
+check 0 "$(res 16 number '0 ErrNone')" "" \
+    --cell A1=1 --cell B1=2.5 --cell A2=4 --cell B2=0.5 '=SUM(A1:B2)*2'
+check 0 "$(res 4 number '0 ErrNone')" "" --cell 'b2=3' '=$B$2+1'
+check 0 "$(res 6 number '0 ErrNone')" "" --cell '$C$3=3' '=c3*2'
+check 0 "$(res x text '0 ErrNone')" "" --cell 'A1="x"' '=A1'
+check 0 "$(res 'Total: 5' text '0 ErrNone')" "" --cell A1=5 '="Total: "+A1'
+check 0 "$(res 0 number '6 ErrWrongType')" "" --cell 'A1="x"' '=A1*2'
+check 0 "$(res 0 number '3 ErrNoValue')" "" --cell A1=5 --cell A1= '=A1'
+check 0 "$(res 7 number '0 ErrNone')" "" --cell 'Flow rate=7' '=INPUT("Flow rate")'
+check 0 "$(res yes text '0 ErrNone')" "" --cell A1=5 '=IF(A1>0;"yes";"no")'
+check 0 "$(res 0.5x text '0 ErrNone')" "" --cell A1=.5 '=A1+"x"'
+check 0 "$(res a=b text '0 ErrNone')" "" --cell 'A1="a=b"' '=A1'
+check 0 "$(res '' text '0 ErrNone')" "" --cell 'A1=""' '=A1'
+check 0 "$(res ' 5' text '0 ErrNone')" "" --cell 'A1=" 5"' '=A1'
+check 0 "$(res 'back\\slash' text '0 ErrNone')" "" --cell 'A1="back\slash"' '=A1'
+check 0 "$(res 5 number '0 ErrNone')" "" --cell 'A1= 5 ' '=A1'
+check 0 "$(res -300 number '0 ErrNone')" "" --cell 'A1=-3e2' '=A1'
+check 0 "$(res 3 number '0 ErrNone')" "" --cell 'x.y=3' '=x.y'
+check 0 "$(res 5 number '0 ErrNone')" "" --cell 'A1,B1=5' '=A1,B1'
+check 0 "$(res 0 number '3 ErrNoValue')" "" --cell 'Rate=2' '=rate'
+
+# --- cells from a CSV sheet; a later --cell overrides the sheet
+printf '1,2\n"a,b",,3\n"say ""hi"""\r\n4e1, -2 \n' >"$work/sheet.csv"
+check 0 "$(res 3 number '0 ErrNone')" "" --sheet "$work/sheet.csv" '=A1+B1'
+check 0 "$(res a,b text '0 ErrNone')" "" --sheet "$work/sheet.csv" '=A2'
+check 0 "$(res 0 number '3 ErrNoValue')" "" --sheet "$work/sheet.csv" '=B2'
+check 0 "$(res 3 number '0 ErrNone')" "" --sheet "$work/sheet.csv" '=C2'
+check 0 "$(res 'say "hi"' text '0 ErrNone')" "" --sheet "$work/sheet.csv" '=A3'
+check 0 "$(res 38 number '0 ErrNone')" "" --sheet "$work/sheet.csv" '=A4+B4'
+check 0 "$(res 10 number '0 ErrNone')" "" --sheet "$work/sheet.csv" --cell A1=9 '=A1+A1/9'
+printf '"two\nlines",x\ny\n\n3\n' >"$work/multiline.csv"
+check 0 "$(res 'two\nlines' text '0 ErrNone')" "" --sheet "$work/multiline.csv" '=A1'
+check 0 "$(res 'x' text '0 ErrNone')" "" --sheet "$work/multiline.csv" '=B1'
+check 0 "$(res 'y' text '0 ErrNone')" "" --sheet "$work/multiline.csv" '=A2'
+check 0 "$(res 0 number '3 ErrNoValue')" "" --sheet "$work/multiline.csv" '=A3'
+check 0 "$(res 3 number '0 ErrNone')" "" --sheet "$work/multiline.csv" '=A4'
+printf '1,2\r\n3,4\r\n' >"$work/crlf.csv"
+check 0 "$(res 8 number '0 ErrNone')" "" --sheet "$work/crlf.csv" '=B2*2'
+printf '0x10,inf,1e,.5,+3,"",7' >"$work/words.csv"
+check 0 "$(res 0x10 text '0 ErrNone')" "" --sheet "$work/words.csv" '=A1'
+check 0 "$(res inf text '0 ErrNone')" "" --sheet "$work/words.csv" '=B1'
+check 0 "$(res 1e text '0 ErrNone')" "" --sheet "$work/words.csv" '=C1'
+check 0 "$(res 3.5 number '0 ErrNone')" "" --sheet "$work/words.csv" '=D1+E1'
+check 0 "$(res 0 number '3 ErrNoValue')" "" --sheet "$work/words.csv" '=F1'
+check 0 "$(res 7 number '0 ErrNone')" "" --sheet "$work/words.csv" '=G1'
+check 0 "$(res 0 number '3 ErrNoValue')" "" --cell F1=1 --sheet "$work/words.csv" '=F1'
+: >"$work/empty.csv"
+check 0 "$(res 0 number '3 ErrNoValue')" "" --sheet "$work/empty.csv" '=A1'
+check 0 "$(res 2 number '0 ErrNone')" "" --sheet "$work/crlf.csv" --sheet "$work/words.csv" '=A2-D1*2'
+printf '1\n"a"b\n' >"$work/stray.csv"
+check 2 "" "*stray.csv:2: unexpected character after a closing quote*" --sheet "$work/stray.csv" '=1'
+printf '1\n2\n"x\n' >"$work/late.csv"
+check 2 "" "*late.csv:3: unterminated quoted field*" --sheet "$work/late.csv" '=1'
+printf '"open\n' >"$work/broken.csv"
+check 2 "" "*broken.csv:1: unterminated quoted field*" --sheet "$work/broken.csv" '=1'
+check 2 "" "*cannot read sheet*" --sheet "$work/missing.csv" '=1'
+
+# --- several formulas, failures, and the exit status after all of them
+check 1 "$(res 2 number '0 ErrNone')" "*syntax error*" '=1+' '=2'
+check 1 "" "not a formula: A1" 'A1'
+check 1 "$(res 1 number '0 ErrNone')" "not a formula: 42 " '42 ' '=1'
+check 1 "" "*Invalid cell name*" '=SUM(A0:B2)'
+check 1 "" "cannot evaluate =RIGHT(\"abc\";-1): argument out of range*" '=RIGHT("abc";-1)'
+check 1 "" "cannot evaluate =BIN2DEC(\"12\"): invalid argument*" '=BIN2DEC("12")'
+check 0 "$(res abc text '6 ErrWrongType')" "" '=LEFT("abc";-1)'
+check 0 "$(res 12 text '0 ErrNone')" "" --cell A1=123 '=LEFT(A1;2)'
+
+# --- formulas from standard input: CRLF tolerated, empty lines skipped
+with_input "$(printf '=1+1\r\n\n=2*3\n')"
+check 0 "$(res 2 number '0 ErrNone')
+$(res 6 number '0 ErrNone')" "" --cell A1=1
+with_input "$(printf 'oops\n=4\n')"
+check 1 "$(res 4 number '0 ErrNone')" "not a formula: oops"
+with_input '=1+2'
+check 0 "+ add
+  1
+  2
+$(res 3 number '0 ErrNone')" "" --tree
+no_input
+
+# --- tree outline and trace
+check 0 "+ add
+  1
+  * multiply
+    2
+    3
+$(res 7 number '0 ErrNone')" "" --tree '=1+2*3'
+check 0 "$(res 1 number '0 ErrNone')" "*accepting rule*" --trace '=1'
+
+# --- bad arguments and help
+check 2 "" "*unknown option --bogus*Usage:*" --bogus '=1'
+check 2 "" "*--cell needs an argument*" --cell
+check 2 "" "*--cell expects NAME=VALUE*" --cell A1 '=1'
+check 2 "" "*must be a number, a text in double quotes, or empty*" --cell A1=abc '=1'
+check 2 "" "*must be a number*" --cell A1=0x10 '=1'
+check 2 "" "*--cell expects NAME=VALUE*" --cell '=5' '=1'
+check 2 "" "*must be a number*" --cell 'A1="open' '=1'
+check 2 "" "*must be a number*" --cell 'A1=.' '=1'
+check 2 "" "*must be a number*" --cell 'A1=1e' '=1'
+check 2 "" "*--sheet needs an argument*" '=1' --sheet
+check 0 "$(res 1 number '0 ErrNone')" "" -- '=1'
+check 1 "" "not a formula: --tree" -- --tree
+
+# --- rewriting references
+check 0 '=B2+$B$2+D$3' "" rewrite offset 1 1 '=A1+$B$2+C$3'
+check 0 '=#REF' "" rewrite offset -1 0 '=A1'
+check 0 '=SUM(A2:B3)' "" rewrite offset 1 0 '=SUM(A1:B2)'
+check 0 'A1+B2' "" rewrite offset 1 1 'A1+B2'
+check 0 '=A2+A4+$A$3' "" rewrite insert-row 3 '=A2+A3+$A$3'
+check 0 '=A2+#REF+A3' "" rewrite delete-row 3 '=A2+A3+A4'
+check 0 '=A1+C1+D1' "" rewrite insert-column B '=A1+B1+C1'
+check 0 '=A1+#REF+B1' "" rewrite delete-column 1 '=A1+B1+C1'
+check 0 '=A1+#REF+B1' "" rewrite delete-column b '=A1+B1+C1'
+check 0 '=A2
+=B2' "" rewrite offset 1 0 '=A1' '=B1'
+check 0 '=A1+D1' "" rewrite insert-column c '=A1+C1'
+check 0 '=A1+D1' "" rewrite insert-column 2 '=A1+C1'
+check 0 '=AA1+$Z1' "" rewrite offset +0 +1 '=Z1+$Z1'
+check 0 '=#REF+A1' "" rewrite offset 0 -2 '=B5+C1'
+check 0 '=DEC2BIN(A2)' "" rewrite offset 1 0 '=DEC2BIN(A1)'
+with_input "$(printf '=C3\r\n\n=A1+C1\n')"
+check 0 '=D3
+=A1+D1' "" rewrite insert-column C
+no_input
+check 2 "" "*unknown rewrite operation*" rewrite shift 1 '=A1'
+check 2 "" "*row numbers start at 1*" rewrite insert-row 0 '=A1'
+check 2 "" "*COLS must be a whole number*" rewrite offset 1 '=A1'
+check 2 "" "*column must be letters*" rewrite delete-column B2 '=A1'
+check 2 "" "*needs an operation*" rewrite
+check 2 "" "*needs a row number*" rewrite insert-row
+check 2 "" "*row number must be a whole number*" rewrite delete-row 1.5 '=A1'
+check 2 "" "*ROWS is out of range*" rewrite offset 9999999999 0 '=A1'
+check 2 "" "*column must be letters*" rewrite insert-column ABCDEFG '=A1'
+
+# --- cell names and coordinates
+check 0 "$(printf '1\t11\tB')" "" cell B12
+check 0 "$(printf '2\t2\tC')" "" cell '$c$3'
+check 0 "$(printf '701\t0\tZZ')" "" cell ZZ1
+check 0 'AB10' "" cell 27 9
+check 0 'AB10' "" cell AB 9
+check 0 "$(printf '0\t0\tA')" "" cell a1
+check 0 "$(printf '0\t0\tA')" "" cell 'A$1'
+check 0 'A1' "" cell 0 0
+check 0 'AAA1' "" cell 702 0
+check 0 'ZZZZZZ1' "" cell ZZZZZZ 0
+check 0 'A2147483647' "" cell 0 2147483646
+check 1 "" "not a cell name: A0" cell A0
+check 1 "" "not a cell name: A1B" cell A1B
+check 1 "" "not a cell name: " cell ''
+check 2 "" "*row index is out of range*" cell 0 2147483647
+check 2 "" "*row index must be a whole number*" cell 1 x
+check 2 "" "*cell needs*" cell
+check 2 "" "*row index must not be negative*" cell 1 -1
+check 2 "" "*cell needs*" cell A1 2 3
+
+# --- help
+total=$((total + 1))
+if ! "$cli" --help | grep -q '^Usage:'; then
+    failed=$((failed + 1))
+    echo "FAIL: cellformula --help does not print the usage on standard output"
+fi
+
+echo "cli_test: $((total - failed)) of $total checks passed"
+[ "$failed" -eq 0 ]
