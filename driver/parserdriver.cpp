@@ -39,10 +39,12 @@ ASTNode* ParserDriver::poParseExpression(const std::string& text) {
     std::string formula = text;
     poRoot_ = nullptr;
     oErrorText_.clear();
-    if (SpreadSheetHelper::bIsNumber(formula)) {
+    // A text that begins with "=" never reads as a number, so the costly
+    // number test is only needed for the others.
+    const bool formulaText = !formula.empty() && formula[0] == '=';
+    if (!formulaText) {
+        if (!SpreadSheetHelper::bIsNumber(formula)) return nullptr;
         formula.insert(0, "=");
-    } else if (formula.empty() || formula[0] != '=') {
-        return nullptr;
     }
 
     poContext_->input.str(formula);

@@ -32,12 +32,16 @@ Rectangle orderedRectangle(int fromColumn, int fromRow, int toColumn, int toRow)
 }
 
 std::vector<std::string> cellNamesRowByRow(const Rectangle& cells) {
+    // Column letters are the same in every row: work them out once.
+    std::vector<std::string> letters;
+    for (std::int64_t column = cells.firstColumn; column <= cells.lastColumn; ++column) {
+        letters.push_back(SpreadSheetHelper::oGetLetterByIdx(static_cast<int>(column)));
+    }
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(cells.cellCount()));
     for (std::int64_t row = cells.firstRow; row <= cells.lastRow; ++row) {
         const std::string rowNumber = QuandelUtils::sstringify(static_cast<int>(row + 1));
-        for (std::int64_t column = cells.firstColumn; column <= cells.lastColumn; ++column) {
-            names.push_back(SpreadSheetHelper::oGetLetterByIdx(static_cast<int>(column)) + rowNumber);
-        }
+        for (const std::string& columnLetters : letters) names.push_back(columnLetters + rowNumber);
     }
     return names;
 }

@@ -134,7 +134,7 @@ CNSingleChildNode::CNSingleChildNode(ASTNode* child, const std::string& name)
     : poChild(child), oName(name) {}
 
 CNSingleChildNode::~CNSingleChildNode() {
-    deleteSubtrees({std::exchange(poChild, nullptr)});
+    if (poChild != nullptr) deleteSubtrees({std::exchange(poChild, nullptr)});
 }
 
 void CNSingleChildNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
@@ -175,6 +175,8 @@ CNManyChildrenNode::CNManyChildrenNode(const std::vector<ASTNode*>& children, co
     : oChildren(children), poLeft(nullptr), poRight(nullptr), oName(name) {}
 
 CNManyChildrenNode::~CNManyChildrenNode() {
+    // Nodes freed through the work list arrive already emptied.
+    if (poLeft == nullptr && poRight == nullptr && oChildren.empty()) return;
     std::vector<ASTNode*> pending;
     detachOperands(pending);
     deleteSubtrees(std::move(pending));

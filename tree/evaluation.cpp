@@ -6,8 +6,8 @@ namespace cellformula {
 
 bool EvaluationScope::recall(const void* key, double& value) const {
     for (std::size_t i = 0; i < inlineCount_; ++i) {
-        if (inlineEntries_[i].first == key) {
-            value = inlineEntries_[i].second;
+        if (inlineEntries_[i].key == key) {
+            value = inlineEntries_[i].value;
             return true;
         }
     }
@@ -20,7 +20,7 @@ bool EvaluationScope::recall(const void* key, double& value) const {
 
 void EvaluationScope::remember(const void* key, double value) {
     if (inlineCount_ < kInlineEntries) {
-        inlineEntries_[inlineCount_++] = {key, value};
+        inlineEntries_[inlineCount_++] = Entry{key, value};
         return;
     }
     if (!overflow_) overflow_ = std::make_unique<std::unordered_map<const void*, double>>();

@@ -53,8 +53,14 @@ public:
     void remember(const void* key, double value);
 
 private:
+    struct Entry {
+        const void* key;
+        double value;
+    };
     static constexpr std::size_t kInlineEntries = 8;
-    std::pair<const void*, double> inlineEntries_[kInlineEntries] = {};
+    // Left uninitialised: only the first inlineCount_ entries are ever read,
+    // and most calls remember nothing at all.
+    Entry inlineEntries_[kInlineEntries];
     std::size_t inlineCount_ = 0;
     std::unique_ptr<std::unordered_map<const void*, double>> overflow_;
 };

@@ -102,6 +102,7 @@ CNIf::CNIf(ASTNode* condition, ASTNode* thenBranch, ASTNode* elseBranch)
     : poCondition(condition), poThen(thenBranch), poElse(elseBranch) {}
 
 CNIf::~CNIf() {
+    if (poCondition == nullptr && poThen == nullptr && poElse == nullptr) return;
     std::vector<ASTNode*> pending;
     detachOperands(pending);
     deleteSubtrees(std::move(pending));

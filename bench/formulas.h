@@ -1,0 +1,43 @@
+#ifndef CELLFORMULA_BENCH_FORMULAS_H
+#define CELLFORMULA_BENCH_FORMULAS_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+// One formula as this library writes it and as muparser writes it
+// ("," separators, lower-case names, "?:" for IF), on the same cells.
+struct PeerFormula {
+    const char* ours;
+    const char* muparser;
+};
+
+// Arithmetic and math formulas that both libraries understand.
+const std::vector<PeerFormula>& comparableFormulas();
+
+// Everything a sheet holds: the comparable formulas plus texts, ranges,
+// logic and radix conversions that only this library offers.
+const std::vector<std::string>& sheetFormulas();
+
+// "=1+2+3+..." of at least `bytes` characters; `withEquals` false gives muparser's form.
+std::string longSum(std::size_t bytes, bool withEquals = true);
+
+// "=((...(1)...))" with `depth` pairs of parentheses.
+std::string nestedParentheses(int depth, bool withEquals = true);
+
+// "=SUM(A1:CVn)", a rectangle 100 columns wide of `cells` cells.
+std::string rangeSum(int cells);
+
+// Tree shapes whose error and type rules ask their operands again and again.
+enum class Shape { LeftDeepSum, IfInCondition, LogInBase, LeftInLeft, RightNestedDivision };
+const char* shapeName(Shape shape);
+// The shape nested `depth` levels; every level is free of errors, so each one
+// runs its complete check.
+std::string nestedShape(Shape shape, int depth);
+
+// The sheet formulas joined by "+" into one formula of at least `bytes` characters.
+std::string longMixedFormula(std::size_t bytes);
+// A formula of at least `bytes` characters that is nothing but references.
+std::string longReferenceList(std::size_t bytes);
+
+#endif
