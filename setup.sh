@@ -6,7 +6,7 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-readonly PACKAGES=(flex bison cmake g++ make pkg-config libgtest-dev libbenchmark-dev libmuparser-dev)
+readonly PACKAGES=(flex bison cmake g++ make pkg-config libgtest-dev libbenchmark-dev libmuparser-dev clang libclang-rt-14-dev)
 JOBS="$(nproc 2>/dev/null || echo 2)"
 readonly JOBS
 
@@ -20,6 +20,7 @@ usage() {
 package_command() {
     case "$1" in
         flex | bison | cmake | g++ | make | pkg-config) echo "$1" ;;
+        clang) echo clang++ ;;
         *) echo "" ;;
     esac
 }
@@ -91,6 +92,20 @@ run_tests() {
     configure_and_build build-asan "" -DCELLFORMULA_WARNINGS_AS_ERRORS=ON \
         -DCELLFORMULA_SANITIZE=address,undefined
     ctest --test-dir build-asan --output-on-failure -j "$JOBS"
+
+    # Threads that share a tree or use drivers side by side, under ThreadSanitizer.
+    configure_and_build build-tsan cellformula_tests -DCELLFORMULA_SANITIZE=thread \
+        -DCELLFORMULA_BUILD_TOOLS=OFF
+    ctest --test-dir build-tsan --output-on-failure -R Threads
+
+    # Both fuzz targets for a bounded time; any finding fails the run.
+    CXX=clang++ configure_and_build build-fuzz "" -DCMAKE_CXX_COMPILER=clang++ \
+        -DCELLFORMULA_SANITIZE=address,undefined -DCELLFORMULA_BUILD_FUZZERS=ON \
+        -DCELLFORMULA_BUILD_TESTS=OFF -DCELLFORMULA_BUILD_TOOLS=OFF
+    fuzz/run.sh build-fuzz "${FUZZ_SECONDS:-60}"
+
+    # The installed package, used from outside through CMake and pkg-config.
+    JOBS="$JOBS" sh tests/install/check.sh . build-install
 }
 
 (($# == 1)) || usage
