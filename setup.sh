@@ -105,7 +105,7 @@ run_tests() {
     fuzz/run.sh build-fuzz "${FUZZ_SECONDS:-60}"
 
     # The installed package, used from outside through CMake and pkg-config.
-    JOBS="$JOBS" sh tests/install/check.sh . build-install
+    env JOBS="$JOBS" sh tests/install/check.sh . build-install
 }
 
 (($# == 1)) || usage
