@@ -115,8 +115,12 @@ struct Answers {
 
 Answers ask(ASTNode& node, const std::string& formula) {
     Answers answers;
-    answers.type = node.exprType();
-    answers.error = node.errType();
+    try {
+        answers.type = node.exprType();
+        answers.error = node.errType();
+    } catch (const std::exception& thrown) {
+        fail(std::string("exprType or errType threw: ") + thrown.what(), formula);
+    }
     if (answers.type > ExprNoType) fail("exprType out of range: " + std::to_string(answers.type), formula);
     try {
         answers.number = node.f64Evaluate();

@@ -152,6 +152,20 @@ TEST(Functions, RejectedArgumentsThrowOnEvaluation) {
     ASSERT_NE(right, nullptr);
     EXPECT_EQ(right->errType(), ErrWrongType);
     EXPECT_THROW(right->stringEvaluate(), std::out_of_range);
+
+    // Classifying a tree never throws, even where its value cannot be computed.
+    const std::pair<const char*, std::uint32_t> classified[] = {
+        {"=IF(BIN2DEC(\"2\");1;2)*1", ErrWrongType},
+        {"=IF(RIGHT(\"a\";-1)=\"x\";1;2)", ErrWrongType},
+        {"=TEXT(1;RIGHT(\"a\";-1))", ErrWrongType},
+    };
+    for (const auto& c : classified) {
+        SCOPED_TRACE(c.first);
+        std::unique_ptr<ASTNode> root(driver.poParseExpression(c.first));
+        ASSERT_NE(root, nullptr);
+        EXPECT_NO_THROW(root->exprType());
+        EXPECT_EQ(root->errType(), c.second);
+    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "logic.h"
 
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 using cellformula::Answer;
@@ -155,7 +156,20 @@ Answer CNIf::answerWithin(Query query, EvaluationScope& scope) const {
         if (typeOf(*poCondition, scope) != ExprNumber) return Answer::ofCode(ErrWrongType);
     }
     bool conditionTrue = false;
-    const ASTNode* branch = chosenBranch(scope, conditionTrue);
+    const ASTNode* branch = nullptr;
+    if (query == Query::Type) {
+        // A condition whose value cannot be computed (an invalid BIN2DEC, a
+        // negative RIGHT) leaves no usable type; classifying never throws.
+        try {
+            branch = chosenBranch(scope, conditionTrue);
+        } catch (const std::invalid_argument&) {
+            return Answer::ofCode(ExprNoType);
+        } catch (const std::out_of_range&) {
+            return Answer::ofCode(ExprNoType);
+        }
+    } else {
+        branch = chosenBranch(scope, conditionTrue);
+    }
     if (branch != nullptr) return branch->answerWithin(query, scope);
     switch (query) {
         case Query::Number: return Answer::ofNumber(conditionTrue ? 1.0 : 0.0);

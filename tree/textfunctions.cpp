@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <ios>
+#include <stdexcept>
 
 using cellformula::Answer;
 using cellformula::EvaluationScope;
@@ -87,7 +88,14 @@ std::uint32_t textError(const CNManyChildrenNode& node, EvaluationScope& scope) 
     if (node.poLeft == nullptr || node.poRight == nullptr) return ErrInvalidArg;
     if (typeOf(*node.poLeft, scope) != ExprNumber) return ErrWrongType;
     if (typeOf(*node.poRight, scope) != ExprString) return ErrWrongType;
-    const std::string format = textOf(*node.poRight, scope);
+    std::string format;
+    try {
+        format = textOf(*node.poRight, scope);
+    } catch (const std::out_of_range&) {
+        // Only a format that reports its own error (RIGHT with a negative
+        // count) fails to evaluate; classifying reports that code instead.
+        return errorOf(*node.poRight, scope);
+    }
     if (format.empty()) return ErrWrongType;
     const std::uint32_t valueError = errorOf(*node.poLeft, scope);
     if (valueError != ErrNone) return valueError;
