@@ -9,7 +9,15 @@
 #include <vector>
 
 #include "cellformula.h"
+#include "formulas.h"
 #include "sheet.h"
+
+// The comparable formula a benchmark's argument names, labelled with its text.
+inline const PeerFormula& comparableFormulaOf(benchmark::State& state, bool ours) {
+    const PeerFormula& formula = comparableFormulas()[static_cast<std::size_t>(state.range(0))];
+    state.SetLabel(ours ? formula.ours : formula.muparser);
+    return formula;
+}
 
 // A driver bound to a sheet, reused for every formula as a host would.
 class BenchDriver {

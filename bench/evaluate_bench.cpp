@@ -60,14 +60,12 @@ void protocolComparableAll(benchmark::State& state) {
 }
 
 void evaluateComparable(benchmark::State& state) {
-    const std::string formula = comparableFormulas()[static_cast<std::size_t>(state.range(0))].ours;
-    state.SetLabel(formula);
+    const std::string formula = comparableFormulaOf(state, true).ours;
     evaluateNumbers(state, {formula});
 }
 
 void protocolComparable(benchmark::State& state) {
-    const std::string formula = comparableFormulas()[static_cast<std::size_t>(state.range(0))].ours;
-    state.SetLabel(formula);
+    const std::string formula = comparableFormulaOf(state, true).ours;
     evaluateAsHost(state, {formula});
 }
 

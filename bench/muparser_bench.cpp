@@ -59,8 +59,7 @@ void parseComparableAll(benchmark::State& state) {
 }
 
 void parseComparable(benchmark::State& state) {
-    const std::string formula = comparableFormulas()[static_cast<std::size_t>(state.range(0))].muparser;
-    state.SetLabel(formula);
+    const std::string formula = comparableFormulaOf(state, false).muparser;
     parseAll(state, {formula});
 }
 
@@ -105,8 +104,7 @@ void evaluateComparableAll(benchmark::State& state) {
 }
 
 void evaluateComparable(benchmark::State& state) {
-    const std::string formula = comparableFormulas()[static_cast<std::size_t>(state.range(0))].muparser;
-    state.SetLabel(formula);
+    const std::string formula = comparableFormulaOf(state, false).muparser;
     evaluateFormulas(state, {formula});
 }
 

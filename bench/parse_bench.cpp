@@ -36,8 +36,7 @@ void parseComparableAll(benchmark::State& state) {
 }
 
 void parseComparable(benchmark::State& state) {
-    const std::string formula = comparableFormulas()[static_cast<std::size_t>(state.range(0))].ours;
-    state.SetLabel(formula);
+    const std::string formula = comparableFormulaOf(state, true).ours;
     parseAll(state, {formula});
 }
 

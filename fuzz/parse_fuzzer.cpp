@@ -113,6 +113,20 @@ struct Answers {
     bool textThrew = false;
 };
 
+// Runs a value operation; false when it threw one of the two exceptions a
+// value operation may throw for arguments errType rejects.
+template <typename Operation, typename Value>
+bool valueOf(Operation operation, Value& value) {
+    try {
+        value = operation();
+        return true;
+    } catch (const std::invalid_argument&) {
+        return false;
+    } catch (const std::out_of_range&) {
+        return false;
+    }
+}
+
 Answers ask(ASTNode& node, const std::string& formula) {
     Answers answers;
     try {
@@ -122,20 +136,8 @@ Answers ask(ASTNode& node, const std::string& formula) {
         fail(std::string("exprType or errType threw: ") + thrown.what(), formula);
     }
     if (answers.type > ExprNoType) fail("exprType out of range: " + std::to_string(answers.type), formula);
-    try {
-        answers.number = node.f64Evaluate();
-    } catch (const std::invalid_argument&) {
-        answers.numberThrew = true;
-    } catch (const std::out_of_range&) {
-        answers.numberThrew = true;
-    }
-    try {
-        answers.text = node.stringEvaluate();
-    } catch (const std::invalid_argument&) {
-        answers.textThrew = true;
-    } catch (const std::out_of_range&) {
-        answers.textThrew = true;
-    }
+    answers.numberThrew = !valueOf([&node] { return node.f64Evaluate(); }, answers.number);
+    answers.textThrew = !valueOf([&node] { return node.stringEvaluate(); }, answers.text);
     if ((answers.numberThrew || answers.textThrew) && answers.error == ErrNone) {
         fail("a value operation threw although errType() is ErrNone", formula);
     }

@@ -37,6 +37,12 @@ Answer ASTNode::answerWithin(Query query, EvaluationScope&) const {
     return Answer();
 }
 
+Answer ASTNode::answerAsNumber(Query query, EvaluationScope& scope) const {
+    if (query == Query::Text) return Answer::ofText(QuandelUtils::sstringify(numberOf(*this, scope)));
+    if (query == Query::Type) return Answer::ofCode(ExprNumber);
+    return ASTNode::answerWithin(query, scope);
+}
+
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
 
 void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
@@ -153,13 +159,8 @@ std::uint32_t CNSingleChildNode::operandError(EvaluationScope& scope) const {
 }
 
 Answer CNSingleChildNode::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(numberOf(*this, scope)));
-        case Query::Type: return Answer::ofCode(ExprNumber);
-        case Query::Error: return Answer::ofCode(operandError(scope));
-        case Query::Number: break;
-    }
-    return ASTNode::answerWithin(query, scope);
+    if (query == Query::Error) return Answer::ofCode(operandError(scope));
+    return answerAsNumber(query, scope);
 }
 
 void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
@@ -215,13 +216,8 @@ std::uint32_t CNManyChildrenNode::operandsError(EvaluationScope& scope) const {
 }
 
 Answer CNManyChildrenNode::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(numberOf(*this, scope)));
-        case Query::Type: return Answer::ofCode(ExprNumber);
-        case Query::Error: return Answer::ofCode(operandsError(scope));
-        case Query::Number: break;
-    }
-    return ASTNode::answerWithin(query, scope);
+    if (query == Query::Error) return Answer::ofCode(operandsError(scope));
+    return answerAsNumber(query, scope);
 }
 
 void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {

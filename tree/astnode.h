@@ -61,6 +61,9 @@ public:
     virtual void detachOperands(std::vector<ASTNode*>& pending);
 
 protected:
+    // Text, type and number of a node whose value is a number: the formatted
+    // number, ExprNumber, and the public f64Evaluate.
+    cellformula::Answer answerAsNumber(cellformula::Query query, cellformula::EvaluationScope& scope) const;
     // Deletes the given subtrees without recursion.
     static void deleteSubtrees(std::vector<ASTNode*> pending);
     static void writeIndent(std::stringstream& stream, unsigned int depth);
