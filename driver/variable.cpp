@@ -1,8 +1,6 @@
 #include "variable.h"
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 
 CNVariable::CNVariable(const VariableRecord& record) : oRecord(record) {}
 
@@ -24,15 +22,21 @@ std::uint32_t CNVariable::errType() {
     return oRecord.poText != nullptr ? ErrNone : ErrNoValue;
 }
 
-Answer CNVariable::answerWithin(Query query, EvaluationScope&) const {
-    auto& self = const_cast<CNVariable&>(*this);  // the two codes only read the record
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(f64Evaluate());
-        case Query::Text: return Answer::ofText(stringEvaluate());
-        case Query::Type: return Answer::ofCode(self.CNVariable::exprType());
-        case Query::Error: return Answer::ofCode(self.CNVariable::errType());
-    }
-    return Answer();
+// Inside a call the record is read directly, without a second dispatch.
+double CNVariable::numberWithin(EvaluationScope&) const {
+    return CNVariable::f64Evaluate();
+}
+
+std::string CNVariable::textWithin(EvaluationScope&) const {
+    return CNVariable::stringEvaluate();
+}
+
+std::uint32_t CNVariable::typeWithin(EvaluationScope&) const {
+    return oRecord.u32Type;
+}
+
+std::uint32_t CNVariable::errorWithin(EvaluationScope&) const {
+    return const_cast<CNVariable&>(*this).CNVariable::errType();  // only reads the record
 }
 
 void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const {

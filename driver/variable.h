@@ -14,8 +14,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 
     VariableRecord oRecord;
 };

@@ -2,9 +2,7 @@
 
 #include <cmath>
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -18,9 +16,8 @@ double CNNegate::f64Evaluate() const {
     return cellformula::evaluateNumber(*this);
 }
 
-Answer CNNegate::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query == Query::Number) return Answer::ofNumber(-numberOf(*poChild, scope));
-    return CNSingleChildNode::answerWithin(query, scope);
+double CNNegate::numberWithin(EvaluationScope& scope) const {
+    return -numberOf(*poChild, scope);
 }
 
 // ---------------------------------------------------------------- CNAdd
@@ -93,24 +90,26 @@ std::uint32_t sumError(const CNAdd& sum, EvaluationScope& scope) {
 
 }  // namespace
 
-Answer CNAdd::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: {
-            if (isPairForm()) return Answer::ofNumber(numberOf(*poLeft, scope) + numberOf(*poRight, scope));
-            double total = 0.0;
-            for (const ASTNode* child : oChildren) total += numberOf(*child, scope);
-            return Answer::ofNumber(total);
-        }
-        case Query::Text: {
-            if (isPairForm()) return Answer::ofText(textOf(*poLeft, scope) + textOf(*poRight, scope));
-            std::string text;
-            for (const ASTNode* child : oChildren) text += textOf(*child, scope);
-            return Answer::ofText(std::move(text));
-        }
-        case Query::Type: return Answer::ofCode(sumType(*this, scope));
-        case Query::Error: return Answer::ofCode(sumError(*this, scope));
-    }
-    return Answer();
+double CNAdd::numberWithin(EvaluationScope& scope) const {
+    if (isPairForm()) return numberOf(*poLeft, scope) + numberOf(*poRight, scope);
+    double total = 0.0;
+    for (const ASTNode* child : oChildren) total += numberOf(*child, scope);
+    return total;
+}
+
+std::string CNAdd::textWithin(EvaluationScope& scope) const {
+    if (isPairForm()) return textOf(*poLeft, scope) + textOf(*poRight, scope);
+    std::string text;
+    for (const ASTNode* child : oChildren) text += textOf(*child, scope);
+    return text;
+}
+
+std::uint32_t CNAdd::typeWithin(EvaluationScope& scope) const {
+    return sumType(*this, scope);
+}
+
+std::uint32_t CNAdd::errorWithin(EvaluationScope& scope) const {
+    return sumError(*this, scope);
 }
 
 // ---------------------------------------------------------------- CNSubtract, CNMultiply
@@ -121,10 +120,9 @@ double CNSubtract::f64Evaluate() const {
     return cellformula::evaluateNumber(*this);
 }
 
-Answer CNSubtract::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query != Query::Number) return CNManyChildrenNode::answerWithin(query, scope);
+double CNSubtract::numberWithin(EvaluationScope& scope) const {
     const double left = numberOf(*poLeft, scope);
-    return Answer::ofNumber(left - numberOf(*poRight, scope));
+    return left - numberOf(*poRight, scope);
 }
 
 CNMultiply::CNMultiply(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "* multiply") {}
@@ -133,10 +131,9 @@ double CNMultiply::f64Evaluate() const {
     return cellformula::evaluateNumber(*this);
 }
 
-Answer CNMultiply::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query != Query::Number) return CNManyChildrenNode::answerWithin(query, scope);
+double CNMultiply::numberWithin(EvaluationScope& scope) const {
     const double left = numberOf(*poLeft, scope);
-    return Answer::ofNumber(left * numberOf(*poRight, scope));
+    return left * numberOf(*poRight, scope);
 }
 
 // ---------------------------------------------------------------- CNDivide, CNModulo
@@ -161,11 +158,13 @@ std::uint32_t CNDivide::errType() {
     return cellformula::evaluateError(*this);
 }
 
-Answer CNDivide::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query == Query::Error) return Answer::ofCode(divisorError(*this, operandsError(scope), scope));
-    if (query != Query::Number) return CNManyChildrenNode::answerWithin(query, scope);
+double CNDivide::numberWithin(EvaluationScope& scope) const {
     const double left = numberOf(*poLeft, scope);
-    return Answer::ofNumber(left / numberOf(*poRight, scope));
+    return left / numberOf(*poRight, scope);
+}
+
+std::uint32_t CNDivide::errorWithin(EvaluationScope& scope) const {
+    return divisorError(*this, operandsError(scope), scope);
 }
 
 CNModulo::CNModulo(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "% modulo") {}
@@ -178,11 +177,13 @@ std::uint32_t CNModulo::errType() {
     return cellformula::evaluateError(*this);
 }
 
-Answer CNModulo::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query == Query::Error) return Answer::ofCode(divisorError(*this, operandsError(scope), scope));
-    if (query != Query::Number) return CNManyChildrenNode::answerWithin(query, scope);
+double CNModulo::numberWithin(EvaluationScope& scope) const {
     const double left = numberOf(*poLeft, scope);
-    return Answer::ofNumber(std::fmod(left, numberOf(*poRight, scope)));
+    return std::fmod(left, numberOf(*poRight, scope));
+}
+
+std::uint32_t CNModulo::errorWithin(EvaluationScope& scope) const {
+    return divisorError(*this, operandsError(scope), scope);
 }
 
 // ---------------------------------------------------------------- CNPower
@@ -197,22 +198,18 @@ std::uint32_t CNPower::errType() {
     return cellformula::evaluateError(*this);
 }
 
-Answer CNPower::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: {
-            const double base = numberOf(*poLeft, scope);
-            return Answer::ofNumber(std::pow(base, numberOf(*poRight, scope)));
-        }
-        case Query::Error: {
-            const std::uint32_t operands = operandsError(scope);
-            if (operands != ErrNone) return Answer::ofCode(operands);
-            const double base = numberOf(*poLeft, scope);
-            const double exponent = numberOf(*poRight, scope);
-            if (base == 0.0 && exponent < 0.0) return Answer::ofCode(ErrInfinite);
-            double integralPart = 0.0;
-            if (base < 0.0 && std::modf(exponent, &integralPart) != 0.0) return Answer::ofCode(ErrDomain);
-            return Answer::ofCode(ErrNone);
-        }
-        default: return CNManyChildrenNode::answerWithin(query, scope);
-    }
+double CNPower::numberWithin(EvaluationScope& scope) const {
+    const double base = numberOf(*poLeft, scope);
+    return std::pow(base, numberOf(*poRight, scope));
+}
+
+std::uint32_t CNPower::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operands = operandsError(scope);
+    if (operands != ErrNone) return operands;
+    const double base = numberOf(*poLeft, scope);
+    const double exponent = numberOf(*poRight, scope);
+    if (base == 0.0 && exponent < 0.0) return ErrInfinite;
+    double integralPart = 0.0;
+    if (base < 0.0 && std::modf(exponent, &integralPart) != 0.0) return ErrDomain;
+    return ErrNone;
 }

@@ -8,8 +8,7 @@ class CNNegate : public CNSingleChildNode {
 public:
     explicit CNNegate(ASTNode* operand);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // Addition and SUM; with a text operand it concatenates texts.
@@ -21,8 +20,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // Subtraction.
@@ -30,8 +31,7 @@ class CNSubtract : public CNManyChildrenNode {
 public:
     CNSubtract(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // Multiplication.
@@ -39,8 +39,7 @@ class CNMultiply : public CNManyChildrenNode {
 public:
     CNMultiply(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // Division; a zero divisor is a domain error.
@@ -49,8 +48,8 @@ public:
     CNDivide(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // Remainder with the sign of the dividend (fmod).
@@ -59,8 +58,8 @@ public:
     CNModulo(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // Power (pow); 0 to a negative power and roots of negatives are errors.
@@ -69,8 +68,8 @@ public:
     CNPower(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 #endif

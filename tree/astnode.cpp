@@ -2,9 +2,7 @@
 
 #include <utility>
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::typeOf;
@@ -25,22 +23,21 @@ std::string ASTNode::stringEvaluate() const {
     return QuandelUtils::sstringify(f64Evaluate());
 }
 
-Answer ASTNode::answerWithin(Query query, EvaluationScope&) const {
-    // A node defined outside the library only has its public operations.
-    auto& self = const_cast<ASTNode&>(*this);
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(f64Evaluate());
-        case Query::Text: return Answer::ofText(stringEvaluate());
-        case Query::Type: return Answer::ofCode(self.exprType());
-        case Query::Error: return Answer::ofCode(self.errType());
-    }
-    return Answer();
+// A node defined outside the library only has its public operations.
+double ASTNode::numberWithin(EvaluationScope&) const {
+    return f64Evaluate();
 }
 
-Answer ASTNode::answerAsNumber(Query query, EvaluationScope& scope) const {
-    if (query == Query::Text) return Answer::ofText(QuandelUtils::sstringify(numberOf(*this, scope)));
-    if (query == Query::Type) return Answer::ofCode(ExprNumber);
-    return ASTNode::answerWithin(query, scope);
+std::string ASTNode::textWithin(EvaluationScope&) const {
+    return stringEvaluate();
+}
+
+std::uint32_t ASTNode::typeWithin(EvaluationScope&) const {
+    return const_cast<ASTNode&>(*this).exprType();
+}
+
+std::uint32_t ASTNode::errorWithin(EvaluationScope&) const {
+    return const_cast<ASTNode&>(*this).errType();
 }
 
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
@@ -72,14 +69,20 @@ void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const
     stream << f64Value << std::endl;
 }
 
-Answer CNConstant::answerWithin(Query query, EvaluationScope&) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(f64Value);
-        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(f64Value));
-        case Query::Type: return Answer::ofCode(ExprNumber);
-        case Query::Error: return Answer::ofCode(ErrNone);
-    }
-    return Answer();
+double CNConstant::numberWithin(EvaluationScope&) const {
+    return f64Value;
+}
+
+std::string CNConstant::textWithin(EvaluationScope&) const {
+    return QuandelUtils::sstringify(f64Value);
+}
+
+std::uint32_t CNConstant::typeWithin(EvaluationScope&) const {
+    return ExprNumber;
+}
+
+std::uint32_t CNConstant::errorWithin(EvaluationScope&) const {
+    return ErrNone;
 }
 
 CNStringConstant::CNStringConstant(const std::string& text) : oValue(text) {}
@@ -101,14 +104,20 @@ std::string CNStringConstant::stringEvaluate() const {
     return oValue;
 }
 
-Answer CNStringConstant::answerWithin(Query query, EvaluationScope&) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(0.0);
-        case Query::Text: return Answer::ofText(oValue);
-        case Query::Type: return Answer::ofCode(ExprString);
-        case Query::Error: return Answer::ofCode(ErrNone);
-    }
-    return Answer();
+double CNStringConstant::numberWithin(EvaluationScope&) const {
+    return 0.0;
+}
+
+std::string CNStringConstant::textWithin(EvaluationScope&) const {
+    return oValue;
+}
+
+std::uint32_t CNStringConstant::typeWithin(EvaluationScope&) const {
+    return ExprString;
+}
+
+std::uint32_t CNStringConstant::errorWithin(EvaluationScope&) const {
+    return ErrNone;
 }
 
 namespace {
@@ -124,14 +133,20 @@ void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
     stream << kPi << std::endl;
 }
 
-Answer CNPi::answerWithin(Query query, EvaluationScope&) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(kPi);
-        case Query::Text: return Answer::ofText(QuandelUtils::sstringify(kPi));
-        case Query::Type: return Answer::ofCode(ExprNumber);
-        case Query::Error: return Answer::ofCode(ErrNone);
-    }
-    return Answer();
+double CNPi::numberWithin(EvaluationScope&) const {
+    return kPi;
+}
+
+std::string CNPi::textWithin(EvaluationScope&) const {
+    return QuandelUtils::sstringify(kPi);
+}
+
+std::uint32_t CNPi::typeWithin(EvaluationScope&) const {
+    return ExprNumber;
+}
+
+std::uint32_t CNPi::errorWithin(EvaluationScope&) const {
+    return ErrNone;
 }
 
 // ---------------------------------------------------------------- one operand
@@ -158,9 +173,16 @@ std::uint32_t CNSingleChildNode::operandError(EvaluationScope& scope) const {
     return errorOf(*poChild, scope);
 }
 
-Answer CNSingleChildNode::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query == Query::Error) return Answer::ofCode(operandError(scope));
-    return answerAsNumber(query, scope);
+std::string CNSingleChildNode::textWithin(EvaluationScope& scope) const {
+    return QuandelUtils::sstringify(numberWithin(scope));
+}
+
+std::uint32_t CNSingleChildNode::typeWithin(EvaluationScope&) const {
+    return ExprNumber;
+}
+
+std::uint32_t CNSingleChildNode::errorWithin(EvaluationScope& scope) const {
+    return operandError(scope);
 }
 
 void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
@@ -215,9 +237,16 @@ std::uint32_t CNManyChildrenNode::operandsError(EvaluationScope& scope) const {
     return ErrNone;
 }
 
-Answer CNManyChildrenNode::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query == Query::Error) return Answer::ofCode(operandsError(scope));
-    return answerAsNumber(query, scope);
+std::string CNManyChildrenNode::textWithin(EvaluationScope& scope) const {
+    return QuandelUtils::sstringify(numberWithin(scope));
+}
+
+std::uint32_t CNManyChildrenNode::typeWithin(EvaluationScope&) const {
+    return ExprNumber;
+}
+
+std::uint32_t CNManyChildrenNode::errorWithin(EvaluationScope& scope) const {
+    return operandsError(scope);
 }
 
 void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {

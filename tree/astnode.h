@@ -30,7 +30,7 @@ enum ErrType : std::uint32_t {
 };
 
 // A node of an expression tree. The six public operations keep their slot
-// order; the two operations after them are the library's own plumbing.
+// order; the operations after them are the library's own plumbing.
 //
 // Evaluation recurses once per tree level. With the default 8 MB stack a tree
 // nested 20,000 levels deep evaluates safely in an optimised build (measured:
@@ -51,23 +51,43 @@ public:
     virtual std::uint32_t errType();
     virtual std::string stringEvaluate() const;
 
-    // Answers one query inside an evaluation scope. The default asks the
-    // public operations, so nodes defined outside the library work unchanged.
-    virtual cellformula::Answer answerWithin(cellformula::Query query,
-                                             cellformula::EvaluationScope& scope) const;
+    // The four operations again, inside the evaluation scope of one public
+    // call. The defaults ask the public operations, so nodes defined outside
+    // the library work unchanged.
+    virtual double numberWithin(cellformula::EvaluationScope& scope) const;
+    virtual std::string textWithin(cellformula::EvaluationScope& scope) const;
+    virtual std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const;
+    virtual std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const;
 
     // Moves the owned operands into `pending` and forgets them, so that a tree
     // can be deleted with a work list instead of one stack frame per level.
     virtual void detachOperands(std::vector<ASTNode*>& pending);
 
 protected:
-    // Text, type and number of a node whose value is a number: the formatted
-    // number, ExprNumber, and the public f64Evaluate.
-    cellformula::Answer answerAsNumber(cellformula::Query query, cellformula::EvaluationScope& scope) const;
     // Deletes the given subtrees without recursion.
     static void deleteSubtrees(std::vector<ASTNode*> pending);
     static void writeIndent(std::stringstream& stream, unsigned int depth);
 };
+
+namespace cellformula {
+
+inline double numberOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.numberWithin(scope);
+}
+
+inline std::string textOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.textWithin(scope);
+}
+
+inline std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.typeWithin(scope);
+}
+
+inline std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope) {
+    return node.errorWithin(scope);
+}
+
+}  // namespace cellformula
 
 // A number literal.
 class CNConstant : public ASTNode {
@@ -75,8 +95,10 @@ public:
     explicit CNConstant(double value);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 
     double f64Value;
 };
@@ -89,8 +111,10 @@ public:
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
     std::uint32_t exprType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 
     std::string oValue;
 };
@@ -101,19 +125,24 @@ public:
     CNPi() = default;
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
-// Base of the one-operand operators and functions.
+// Base of the one-operand operators and functions. A subclass gives its value
+// through numberWithin; the base answers type ExprNumber, the formatted value
+// as text, and the one-operand rule as error.
 class CNSingleChildNode : public ASTNode {
 public:
     explicit CNSingleChildNode(ASTNode* child, const std::string& name = std::string());
     ~CNSingleChildNode() override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
 
     ASTNode* poChild;
@@ -125,7 +154,8 @@ protected:
 };
 
 // Base of the nodes with two or more operands: either the pair poLeft/poRight
-// (oChildren empty) or the list oChildren built from a cell range.
+// (oChildren empty) or the list oChildren built from a cell range. As with one
+// operand, a subclass gives its value and the base answers the rest.
 class CNManyChildrenNode : public ASTNode {
 public:
     CNManyChildrenNode(ASTNode* left, ASTNode* right, const std::string& name = std::string());
@@ -134,8 +164,9 @@ public:
     ~CNManyChildrenNode() override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
 
     std::vector<ASTNode*> oChildren;

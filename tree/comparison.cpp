@@ -1,8 +1,6 @@
 #include "comparison.h"
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -50,20 +48,17 @@ std::uint32_t comparisonError(const CNManyChildrenNode& node, EvaluationScope& s
     return errorOf(*node.poRight, scope);
 }
 
-Answer answerComparison(const CNManyChildrenNode& node, Relation relation, Query query, EvaluationScope& scope) {
-    if (query == Query::Number) return Answer::ofNumber(compareOperands(node, relation, scope));
-    if (query == Query::Error) return Answer::ofCode(comparisonError(node, scope));
-    return node.CNManyChildrenNode::answerWithin(query, scope);
-}
-
 }  // namespace
 
 #define CELLFORMULA_COMPARISON(Class, Label, Kind)                                      \
     Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {} \
     double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }     \
     std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }         \
-    Answer Class::answerWithin(Query query, EvaluationScope& scope) const {              \
-        return answerComparison(*this, Relation::Kind, query, scope);                    \
+    double Class::numberWithin(EvaluationScope& scope) const {                           \
+        return compareOperands(*this, Relation::Kind, scope);                            \
+    }                                                                                    \
+    std::uint32_t Class::errorWithin(EvaluationScope& scope) const {                     \
+        return comparisonError(*this, scope);                                            \
     }
 
 CELLFORMULA_COMPARISON(CNGreater, "> greater", Greater)

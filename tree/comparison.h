@@ -9,8 +9,8 @@ public:
     CNGreater(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // x < y.
@@ -19,8 +19,8 @@ public:
     CNLess(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // x >= y.
@@ -29,8 +29,8 @@ public:
     CNGreatEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // x <= y.
@@ -39,8 +39,8 @@ public:
     CNLessEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // x = y, exact for numbers, byte for byte for texts.
@@ -49,8 +49,8 @@ public:
     CNEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 #endif

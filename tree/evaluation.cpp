@@ -27,22 +27,6 @@ void EvaluationScope::remember(const void* key, double value) {
     (*overflow_)[key] = value;
 }
 
-double numberOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.answerWithin(Query::Number, scope).number;
-}
-
-std::string textOf(const ASTNode& node, EvaluationScope& scope) {
-    return std::move(node.answerWithin(Query::Text, scope).text);
-}
-
-std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.answerWithin(Query::Type, scope).code;
-}
-
-std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.answerWithin(Query::Error, scope).code;
-}
-
 double evaluateNumber(const ASTNode& node) {
     EvaluationScope scope;
     return numberOf(node, scope);

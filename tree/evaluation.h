@@ -6,38 +6,10 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
-#include <utility>
 
 class ASTNode;
 
 namespace cellformula {
-
-// Which public operation an internal evaluation stands for.
-enum class Query : std::uint8_t { Number, Text, Type, Error };
-
-// The result of one query: `number` for Number, `text` for Text, `code` for
-// Type and Error.
-struct Answer {
-    double number = 0.0;
-    std::uint32_t code = 0;
-    std::string text;
-
-    static Answer ofNumber(double value) {
-        Answer answer;
-        answer.number = value;
-        return answer;
-    }
-    static Answer ofText(std::string value) {
-        Answer answer;
-        answer.text = std::move(value);
-        return answer;
-    }
-    static Answer ofCode(std::uint32_t value) {
-        Answer answer;
-        answer.code = value;
-        return answer;
-    }
-};
 
 // Answers shared by the operations of one public call. An IF's condition and a
 // sum's type are asked for again and again by the nodes above them; keeping
@@ -65,11 +37,12 @@ private:
     std::unique_ptr<std::unordered_map<const void*, double>> overflow_;
 };
 
-// Entry points for nodes asking their operands within one call.
-double numberOf(const ASTNode& node, EvaluationScope& scope);
-std::string textOf(const ASTNode& node, EvaluationScope& scope);
-std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope);
-std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope);
+// Entry points for nodes asking their operands within one call; defined
+// inline beside ASTNode, since every level of every evaluation passes here.
+inline double numberOf(const ASTNode& node, EvaluationScope& scope);
+inline std::string textOf(const ASTNode& node, EvaluationScope& scope);
+inline std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope);
+inline std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope);
 
 // Entry points for the public operations: each opens a scope of its own.
 double evaluateNumber(const ASTNode& node);

@@ -4,9 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -53,10 +51,7 @@ double larger(double a, double b) {
     Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {}           \
     Class::Class(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, Label) {}      \
     double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }                  \
-    Answer Class::answerWithin(Query query, EvaluationScope& scope) const {                           \
-        if (query == Query::Number) return Answer::ofNumber(Evaluation);                              \
-        return CNManyChildrenNode::answerWithin(query, scope);                                        \
-    }
+    double Class::numberWithin(EvaluationScope& scope) const { return Evaluation; }
 
 CELLFORMULA_LIST_FUNCTION(CNAnd, "and logic", connect(*this, false, scope))
 CELLFORMULA_LIST_FUNCTION(CNOr, "or logic", connect(*this, true, scope))
@@ -73,9 +68,8 @@ double CNNot::f64Evaluate() const {
     return cellformula::evaluateNumber(*this);
 }
 
-Answer CNNot::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query == Query::Number) return Answer::ofNumber(numberOf(*poChild, scope) == 0.0 ? 1.0 : 0.0);
-    return CNSingleChildNode::answerWithin(query, scope);
+double CNNot::numberWithin(EvaluationScope& scope) const {
+    return numberOf(*poChild, scope) == 0.0 ? 1.0 : 0.0;
 }
 
 CNIsError::CNIsError(ASTNode* operand) : CNSingleChildNode(operand, "Evaluate Error State") {}
@@ -88,13 +82,13 @@ std::uint32_t CNIsError::errType() {
     return cellformula::evaluateError(*this);
 }
 
-Answer CNIsError::answerWithin(Query query, EvaluationScope& scope) const {
-    // Every error is absorbed except the host's unmaskable one.
-    if (query == Query::Number) return Answer::ofNumber(errorOf(*poChild, scope) != ErrNone ? 1.0 : 0.0);
-    if (query == Query::Error) {
-        return Answer::ofCode(errorOf(*poChild, scope) == ErrUnmaskable ? ErrUnmaskable : ErrNone);
-    }
-    return CNSingleChildNode::answerWithin(query, scope);
+// Every error is absorbed except the host's unmaskable one.
+double CNIsError::numberWithin(EvaluationScope& scope) const {
+    return errorOf(*poChild, scope) != ErrNone ? 1.0 : 0.0;
+}
+
+std::uint32_t CNIsError::errorWithin(EvaluationScope& scope) const {
+    return errorOf(*poChild, scope) == ErrUnmaskable ? ErrUnmaskable : ErrNone;
 }
 
 // ---------------------------------------------------------------- CNIf
@@ -144,40 +138,45 @@ const ASTNode* CNIf::chosenBranch(EvaluationScope& scope, bool& conditionTrue) c
     return conditionTrue ? poThen : poElse;
 }
 
-Answer CNIf::answerWithin(Query query, EvaluationScope& scope) const {
-    if (poCondition == nullptr) {
-        if (query == Query::Type) return Answer::ofCode(ExprNoType);
-        if (query == Query::Error) return Answer::ofCode(ErrWrongType);
-        return Answer();
-    }
-    if (query == Query::Error) {
-        const std::uint32_t conditionError = errorOf(*poCondition, scope);
-        if (conditionError != ErrNone) return Answer::ofCode(conditionError);
-        if (typeOf(*poCondition, scope) != ExprNumber) return Answer::ofCode(ErrWrongType);
-    }
+double CNIf::numberWithin(EvaluationScope& scope) const {
+    if (poCondition == nullptr) return 0.0;
+    bool conditionTrue = false;
+    const ASTNode* branch = chosenBranch(scope, conditionTrue);
+    if (branch != nullptr) return numberOf(*branch, scope);
+    return conditionTrue ? 1.0 : 0.0;
+}
+
+std::string CNIf::textWithin(EvaluationScope& scope) const {
+    if (poCondition == nullptr) return std::string();
+    bool conditionTrue = false;
+    const ASTNode* branch = chosenBranch(scope, conditionTrue);
+    return branch != nullptr ? textOf(*branch, scope) : std::string();
+}
+
+std::uint32_t CNIf::typeWithin(EvaluationScope& scope) const {
+    if (poCondition == nullptr) return ExprNoType;
+    // A condition whose value cannot be computed (an invalid BIN2DEC, a
+    // negative RIGHT) leaves no usable type; classifying never throws.
     bool conditionTrue = false;
     const ASTNode* branch = nullptr;
-    if (query == Query::Type) {
-        // A condition whose value cannot be computed (an invalid BIN2DEC, a
-        // negative RIGHT) leaves no usable type; classifying never throws.
-        try {
-            branch = chosenBranch(scope, conditionTrue);
-        } catch (const std::invalid_argument&) {
-            return Answer::ofCode(ExprNoType);
-        } catch (const std::out_of_range&) {
-            return Answer::ofCode(ExprNoType);
-        }
-    } else {
+    try {
         branch = chosenBranch(scope, conditionTrue);
+    } catch (const std::invalid_argument&) {
+        return ExprNoType;
+    } catch (const std::out_of_range&) {
+        return ExprNoType;
     }
-    if (branch != nullptr) return branch->answerWithin(query, scope);
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(conditionTrue ? 1.0 : 0.0);
-        case Query::Text: return Answer();
-        case Query::Type: return Answer::ofCode(ExprNoType);
-        case Query::Error: return Answer::ofCode(ErrWrongType);
-    }
-    return Answer();
+    return branch != nullptr ? typeOf(*branch, scope) : ExprNoType;
+}
+
+std::uint32_t CNIf::errorWithin(EvaluationScope& scope) const {
+    if (poCondition == nullptr) return ErrWrongType;
+    const std::uint32_t conditionError = errorOf(*poCondition, scope);
+    if (conditionError != ErrNone) return conditionError;
+    if (typeOf(*poCondition, scope) != ExprNumber) return ErrWrongType;
+    bool conditionTrue = false;
+    const ASTNode* branch = chosenBranch(scope, conditionTrue);
+    return branch != nullptr ? errorOf(*branch, scope) : ErrWrongType;
 }
 
 void CNIf::vPrintNode(std::stringstream& stream, unsigned int depth) const {

@@ -9,8 +9,7 @@ public:
     CNAnd(ASTNode* left, ASTNode* right);
     explicit CNAnd(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // OR, stopping at the first true operand.
@@ -19,8 +18,7 @@ public:
     CNOr(ASTNode* left, ASTNode* right);
     explicit CNOr(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // MIN; a NaN is passed over when the other value is a number.
@@ -29,8 +27,7 @@ public:
     CNMin(ASTNode* left, ASTNode* right);
     explicit CNMin(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // MAX; a NaN is passed over when the other value is a number.
@@ -39,8 +36,7 @@ public:
     CNMax(ASTNode* left, ASTNode* right);
     explicit CNMax(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // NOT.
@@ -48,8 +44,7 @@ class CNNot : public CNSingleChildNode {
 public:
     explicit CNNot(ASTNode* operand);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // ISERROR: absorbs every error but ErrUnmaskable.
@@ -58,8 +53,8 @@ public:
     explicit CNIsError(ASTNode* operand);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // IF(condition; then; else); either branch may be absent.
@@ -72,8 +67,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
 
     ASTNode* poCondition;

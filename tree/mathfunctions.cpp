@@ -2,26 +2,10 @@
 
 #include <cmath>
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::numberOf;
 
 namespace {
-
-// A one-operand function: its value from the C library, its error from the
-// shared operand rule followed by an optional domain test on the operand.
-using DomainTest = std::uint32_t (*)(double);
-
-Answer answerFunction(const CNSingleChildNode& node, double (*function)(double), DomainTest domain,
-                      Query query, EvaluationScope& scope, std::uint32_t operandError) {
-    if (query == Query::Number) return Answer::ofNumber(function(numberOf(*node.poChild, scope)));
-    if (query == Query::Error && domain != nullptr) {
-        if (operandError != ErrNone) return Answer::ofCode(operandError);
-        return Answer::ofCode(domain(numberOf(*node.poChild, scope)));
-    }
-    return node.CNSingleChildNode::answerWithin(query, scope);
-}
 
 std::uint32_t withinUnitRange(double x) {
     return (x < -1.0 || x > 1.0) ? ErrDomain : ErrNone;
@@ -42,34 +26,38 @@ double squareRoot(double x) {
 
 }  // namespace
 
-// The operand rule is only worked out for the classes with a domain test,
-// and only when the error is asked for.
-#define CELLFORMULA_MATH_FUNCTION(Class, Label, Function, Domain)                                 \
+// A one-operand function: its value from the C library, its error from the
+// shared operand rule followed, for some, by a domain test on the operand.
+#define CELLFORMULA_MATH_FUNCTION(Class, Label, Function)                                         \
     Class::Class(ASTNode* operand) : CNSingleChildNode(operand, Label) {}                        \
     double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }              \
-    Answer Class::answerWithin(Query query, EvaluationScope& scope) const {                       \
-        const bool checks = query == Query::Error && (Domain) != nullptr;                          \
-        return answerFunction(*this, Function, Domain, query, scope,                              \
-                              checks ? operandError(scope) : ErrNone);                            \
+    double Class::numberWithin(EvaluationScope& scope) const {                                    \
+        return Function(numberOf(*poChild, scope));                                               \
     }
 
-#define CELLFORMULA_CHECKED_ERROR(Class) \
-    std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }
+#define CELLFORMULA_CHECKED_ERROR(Class, Domain)                                                  \
+    std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }                  \
+    std::uint32_t Class::errorWithin(EvaluationScope& scope) const {                              \
+        const std::uint32_t operand = operandError(scope);                                        \
+        if (operand != ErrNone) return operand;                                                   \
+        return Domain(numberOf(*poChild, scope));                                                 \
+    }
 
-CELLFORMULA_MATH_FUNCTION(CNSin, "sin sinus", static_cast<double (*)(double)>(std::sin), nullptr)
-CELLFORMULA_MATH_FUNCTION(CNCos, "cos cosinus", static_cast<double (*)(double)>(std::cos), nullptr)
-CELLFORMULA_MATH_FUNCTION(CNTan, "tan tangent", static_cast<double (*)(double)>(std::tan), nullptr)
-CELLFORMULA_MATH_FUNCTION(CNAsin, "asin arcsinus", static_cast<double (*)(double)>(std::asin), withinUnitRange)
-CELLFORMULA_MATH_FUNCTION(CNAcos, "acos arccosinus", static_cast<double (*)(double)>(std::acos), withinUnitRange)
-CELLFORMULA_MATH_FUNCTION(CNAtan, "atan arctangent", static_cast<double (*)(double)>(std::atan), nullptr)
-CELLFORMULA_MATH_FUNCTION(CNSqrt, "sqrt square root", squareRoot, notNegative)
-CELLFORMULA_MATH_FUNCTION(CNLn, "ln natural logarithm", static_cast<double (*)(double)>(std::log), positive)
-CELLFORMULA_CHECKED_ERROR(CNAsin)
-CELLFORMULA_CHECKED_ERROR(CNAcos)
-CELLFORMULA_CHECKED_ERROR(CNSqrt)
-CELLFORMULA_CHECKED_ERROR(CNLn)
+CELLFORMULA_MATH_FUNCTION(CNSin, "sin sinus", static_cast<double (*)(double)>(std::sin))
+CELLFORMULA_MATH_FUNCTION(CNCos, "cos cosinus", static_cast<double (*)(double)>(std::cos))
+CELLFORMULA_MATH_FUNCTION(CNTan, "tan tangent", static_cast<double (*)(double)>(std::tan))
+CELLFORMULA_MATH_FUNCTION(CNAsin, "asin arcsinus", static_cast<double (*)(double)>(std::asin))
+CELLFORMULA_MATH_FUNCTION(CNAcos, "acos arccosinus", static_cast<double (*)(double)>(std::acos))
+CELLFORMULA_MATH_FUNCTION(CNAtan, "atan arctangent", static_cast<double (*)(double)>(std::atan))
+CELLFORMULA_MATH_FUNCTION(CNSqrt, "sqrt square root", squareRoot)
+CELLFORMULA_MATH_FUNCTION(CNLn, "ln natural logarithm", static_cast<double (*)(double)>(std::log))
+CELLFORMULA_CHECKED_ERROR(CNAsin, withinUnitRange)
+CELLFORMULA_CHECKED_ERROR(CNAcos, withinUnitRange)
+CELLFORMULA_CHECKED_ERROR(CNSqrt, notNegative)
+CELLFORMULA_CHECKED_ERROR(CNLn, positive)
 
 #undef CELLFORMULA_MATH_FUNCTION
+#undef CELLFORMULA_CHECKED_ERROR
 
 // ---------------------------------------------------------------- CNAtan2
 
@@ -80,12 +68,11 @@ double CNAtan2::f64Evaluate() const {
     return cellformula::evaluateNumber(*this);
 }
 
-Answer CNAtan2::answerWithin(Query query, EvaluationScope& scope) const {
-    if (query != Query::Number) return CNManyChildrenNode::answerWithin(query, scope);
+double CNAtan2::numberWithin(EvaluationScope& scope) const {
     // The second argument is the ordinate and is evaluated first.
     const double ordinate = numberOf(*poRight, scope);
     const double abscissa = numberOf(*poLeft, scope);
-    return Answer::ofNumber(std::atan2(ordinate, abscissa));
+    return std::atan2(ordinate, abscissa);
 }
 
 // ---------------------------------------------------------------- CNLog
@@ -96,29 +83,25 @@ double CNLog::f64Evaluate() const {
     return cellformula::evaluateNumber(*this);
 }
 
-CELLFORMULA_CHECKED_ERROR(CNLog)
+std::uint32_t CNLog::errType() {
+    return cellformula::evaluateError(*this);
+}
 
-#undef CELLFORMULA_CHECKED_ERROR
+double CNLog::numberWithin(EvaluationScope& scope) const {
+    // Base 10 goes through log10 so that LOG(1000) is exactly 3; the base is
+    // evaluated once and reused for the quotient.
+    const double base = numberOf(*poRight, scope);
+    const double x = numberOf(*poLeft, scope);
+    if (base == 10.0) return std::log10(x);
+    return std::log(x) / std::log(base);
+}
 
-Answer CNLog::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: {
-            // Base 10 goes through log10 so that LOG(1000) is exactly 3; the
-            // base is evaluated once and reused for the quotient.
-            const double base = numberOf(*poRight, scope);
-            const double x = numberOf(*poLeft, scope);
-            if (base == 10.0) return Answer::ofNumber(std::log10(x));
-            return Answer::ofNumber(std::log(x) / std::log(base));
-        }
-        case Query::Error: {
-            const std::uint32_t operands = operandsError(scope);
-            if (operands != ErrNone) return Answer::ofCode(operands);
-            const double x = numberOf(*poLeft, scope);
-            const double base = numberOf(*poRight, scope);
-            if (x == 0.0 || base == 0.0 || base == 1.0) return Answer::ofCode(ErrInfinite);
-            if (x < 0.0 || base < 0.0) return Answer::ofCode(ErrDomain);
-            return Answer::ofCode(ErrNone);
-        }
-        default: return CNManyChildrenNode::answerWithin(query, scope);
-    }
+std::uint32_t CNLog::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operands = operandsError(scope);
+    if (operands != ErrNone) return operands;
+    const double x = numberOf(*poLeft, scope);
+    const double base = numberOf(*poRight, scope);
+    if (x == 0.0 || base == 0.0 || base == 1.0) return ErrInfinite;
+    if (x < 0.0 || base < 0.0) return ErrDomain;
+    return ErrNone;
 }

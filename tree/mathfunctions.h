@@ -8,8 +8,7 @@ class CNSin : public CNSingleChildNode {
 public:
     explicit CNSin(ASTNode* operand);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // COS.
@@ -17,8 +16,7 @@ class CNCos : public CNSingleChildNode {
 public:
     explicit CNCos(ASTNode* operand);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // TAN.
@@ -26,8 +24,7 @@ class CNTan : public CNSingleChildNode {
 public:
     explicit CNTan(ASTNode* operand);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // ASIN, defined on -1..1.
@@ -36,8 +33,8 @@ public:
     explicit CNAsin(ASTNode* operand);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // ACOS, defined on -1..1.
@@ -46,8 +43,8 @@ public:
     explicit CNAcos(ASTNode* operand);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // ATAN.
@@ -55,8 +52,7 @@ class CNAtan : public CNSingleChildNode {
 public:
     explicit CNAtan(ASTNode* operand);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // SQRT of a non-negative number.
@@ -65,8 +61,8 @@ public:
     explicit CNSqrt(ASTNode* operand);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // LN, natural logarithm.
@@ -75,8 +71,8 @@ public:
     explicit CNLn(ASTNode* operand);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // ATAN2(x;y): the angle of the point (x, y).
@@ -84,8 +80,7 @@ class CNAtan2 : public CNManyChildrenNode {
 public:
     CNAtan2(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // LOG(x;base); base 10 goes through log10 so LOG(1000) is exactly 3.
@@ -94,8 +89,8 @@ public:
     CNLog(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 #endif

@@ -5,9 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -85,99 +83,82 @@ CELLFORMULA_RADIX_TEXT(CNHex2Bin)
 #undef CELLFORMULA_RADIX_COMMON
 #undef CELLFORMULA_RADIX_TEXT
 
-Answer CNDec2Bin::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(0.0);
-        case Query::Type: return Answer::ofCode(ExprString);
-        case Query::Text: return Answer::ofText(binaryDigits(toUnsigned32(numberOf(*poChild, scope))));
-        case Query::Error: {
-            const std::uint32_t operand = errorOf(*poChild, scope);
-            if (operand != ErrNone) return Answer::ofCode(operand);
-            if (typeOf(*poChild, scope) == ExprString) return Answer::ofCode(ErrInvalidArg);
-            const double value = numberOf(*poChild, scope);
-            return Answer::ofCode((value < 0.0 || value > 255.0) ? ErrInvalidArg : ErrNone);
-        }
-    }
-    return Answer();
+// The four radix texts: no value, a text type, digits as text.
+#define CELLFORMULA_RADIX_TEXT_WITHIN(Class)                                                        \
+    double Class::numberWithin(EvaluationScope&) const { return 0.0; }                           \
+    std::uint32_t Class::typeWithin(EvaluationScope&) const { return ExprString; }
+
+CELLFORMULA_RADIX_TEXT_WITHIN(CNDec2Bin)
+CELLFORMULA_RADIX_TEXT_WITHIN(CNDec2Hex)
+CELLFORMULA_RADIX_TEXT_WITHIN(CNBin2Hex)
+CELLFORMULA_RADIX_TEXT_WITHIN(CNHex2Bin)
+
+#undef CELLFORMULA_RADIX_TEXT_WITHIN
+
+std::string CNDec2Bin::textWithin(EvaluationScope& scope) const {
+    return binaryDigits(toUnsigned32(numberOf(*poChild, scope)));
 }
 
-Answer CNDec2Hex::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(0.0);
-        case Query::Type: return Answer::ofCode(ExprString);
-        case Query::Text: return Answer::ofText(hexDigits(toUnsigned32(numberOf(*poChild, scope))));
-        case Query::Error: {
-            const std::uint32_t operand = errorOf(*poChild, scope);
-            if (operand != ErrNone) return Answer::ofCode(operand);
-            if (numberOf(*poChild, scope) < 0.0) return Answer::ofCode(ErrInvalidArg);
-            return Answer::ofCode(typeOf(*poChild, scope) != ExprNumber ? ErrInvalidArg : ErrNone);
-        }
-    }
-    return Answer();
+std::uint32_t CNDec2Bin::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operand = errorOf(*poChild, scope);
+    if (operand != ErrNone) return operand;
+    if (typeOf(*poChild, scope) == ExprString) return ErrInvalidArg;
+    const double value = numberOf(*poChild, scope);
+    return (value < 0.0 || value > 255.0) ? ErrInvalidArg : ErrNone;
 }
 
-Answer CNBin2Dec::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(binaryValue(textOf(*poChild, scope)));
-        case Query::Type: return Answer::ofCode(ExprNumber);
-        case Query::Error: {
-            const std::uint32_t operand = errorOf(*poChild, scope);
-            if (operand != ErrNone) return Answer::ofCode(operand);
-            return Answer::ofCode(binaryTextError(textOf(*poChild, scope)));
-        }
-        case Query::Text: break;
-    }
-    return CNSingleChildNode::answerWithin(query, scope);
+std::string CNDec2Hex::textWithin(EvaluationScope& scope) const {
+    return hexDigits(toUnsigned32(numberOf(*poChild, scope)));
 }
 
-Answer CNHex2Dec::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(static_cast<double>(readHex(textOf(*poChild, scope))));
-        case Query::Type: return Answer::ofCode(ExprNumber);
-        case Query::Error: {
-            const std::uint32_t operand = errorOf(*poChild, scope);
-            if (operand != ErrNone) return Answer::ofCode(operand);
-            const std::string text = textOf(*poChild, scope);
-            if (!onlyDigitsOf(text, kHexDigits)) return Answer::ofCode(ErrInvalidArg);
-            return Answer::ofCode(readHex(text) < 0 ? ErrInvalidArg : ErrNone);
-        }
-        case Query::Text: break;
-    }
-    return CNSingleChildNode::answerWithin(query, scope);
+std::uint32_t CNDec2Hex::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operand = errorOf(*poChild, scope);
+    if (operand != ErrNone) return operand;
+    if (numberOf(*poChild, scope) < 0.0) return ErrInvalidArg;
+    return typeOf(*poChild, scope) != ExprNumber ? ErrInvalidArg : ErrNone;
 }
 
-Answer CNBin2Hex::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(0.0);
-        case Query::Type: return Answer::ofCode(ExprString);
-        case Query::Text: {
-            const long binary = std::strtol(textOf(*poChild, scope).c_str(), nullptr, 2);
-            return Answer::ofText(hexDigits(static_cast<std::uint32_t>(binary)));
-        }
-        case Query::Error: {
-            const std::uint32_t operand = errorOf(*poChild, scope);
-            if (operand != ErrNone) return Answer::ofCode(operand);
-            return Answer::ofCode(binaryTextError(textOf(*poChild, scope)));
-        }
-    }
-    return Answer();
+double CNBin2Dec::numberWithin(EvaluationScope& scope) const {
+    return binaryValue(textOf(*poChild, scope));
 }
 
-Answer CNHex2Bin::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(0.0);
-        case Query::Type: return Answer::ofCode(ExprString);
-        case Query::Text: {
-            const auto value = static_cast<std::uint32_t>(readHex(textOf(*poChild, scope)));
-            return Answer::ofText(binaryDigits(value));
-        }
-        case Query::Error: {
-            const std::uint32_t operand = errorOf(*poChild, scope);
-            if (operand != ErrNone) return Answer::ofCode(operand);
-            const std::string text = textOf(*poChild, scope);
-            if (!onlyDigitsOf(text, kHexDigits)) return Answer::ofCode(ErrInvalidArg);
-            return Answer::ofCode(static_cast<std::uint32_t>(readHex(text)) > 255u ? ErrInvalidArg : ErrNone);
-        }
-    }
-    return Answer();
+std::uint32_t CNBin2Dec::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operand = errorOf(*poChild, scope);
+    if (operand != ErrNone) return operand;
+    return binaryTextError(textOf(*poChild, scope));
+}
+
+double CNHex2Dec::numberWithin(EvaluationScope& scope) const {
+    return static_cast<double>(readHex(textOf(*poChild, scope)));
+}
+
+std::uint32_t CNHex2Dec::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operand = errorOf(*poChild, scope);
+    if (operand != ErrNone) return operand;
+    const std::string text = textOf(*poChild, scope);
+    if (!onlyDigitsOf(text, kHexDigits)) return ErrInvalidArg;
+    return readHex(text) < 0 ? ErrInvalidArg : ErrNone;
+}
+
+std::string CNBin2Hex::textWithin(EvaluationScope& scope) const {
+    const long binary = std::strtol(textOf(*poChild, scope).c_str(), nullptr, 2);
+    return hexDigits(static_cast<std::uint32_t>(binary));
+}
+
+std::uint32_t CNBin2Hex::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operand = errorOf(*poChild, scope);
+    if (operand != ErrNone) return operand;
+    return binaryTextError(textOf(*poChild, scope));
+}
+
+std::string CNHex2Bin::textWithin(EvaluationScope& scope) const {
+    return binaryDigits(static_cast<std::uint32_t>(readHex(textOf(*poChild, scope))));
+}
+
+std::uint32_t CNHex2Bin::errorWithin(EvaluationScope& scope) const {
+    const std::uint32_t operand = errorOf(*poChild, scope);
+    if (operand != ErrNone) return operand;
+    const std::string text = textOf(*poChild, scope);
+    if (!onlyDigitsOf(text, kHexDigits)) return ErrInvalidArg;
+    return static_cast<std::uint32_t>(readHex(text)) > 255u ? ErrInvalidArg : ErrNone;
 }

@@ -11,8 +11,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // BIN2DEC: up to eight binary digits; other digits throw std::invalid_argument.
@@ -22,8 +24,8 @@ public:
     double f64Evaluate() const override;
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // DEC2HEX: upper-case hexadecimal digits.
@@ -34,8 +36,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // HEX2DEC.
@@ -45,8 +49,8 @@ public:
     double f64Evaluate() const override;
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // BIN2HEX.
@@ -57,8 +61,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 // HEX2BIN: values up to 255.
@@ -69,8 +75,10 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    cellformula::Answer answerWithin(cellformula::Query query,
-                                     cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    std::string textWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
+    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
 };
 
 #endif

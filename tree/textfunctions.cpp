@@ -7,9 +7,7 @@
 #include <ios>
 #include <stdexcept>
 
-using cellformula::Answer;
 using cellformula::EvaluationScope;
-using cellformula::Query;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -160,17 +158,21 @@ std::string CNText::stringEvaluate() const {
     return cellformula::evaluateText(*this);
 }
 
-Answer CNText::answerWithin(Query query, EvaluationScope& scope) const {
-    switch (query) {
-        case Query::Number: return Answer::ofNumber(0.0);
-        case Query::Type: return Answer::ofCode(ExprString);
-        case Query::Error: return Answer::ofCode(textError(*this, scope));
-        case Query::Text: {
-            const std::string format = textOf(*poRight, scope);
-            return Answer::ofText(formatValue(numberOf(*poLeft, scope), format));
-        }
-    }
-    return Answer();
+double CNText::numberWithin(EvaluationScope&) const {
+    return 0.0;
+}
+
+std::string CNText::textWithin(EvaluationScope& scope) const {
+    const std::string format = textOf(*poRight, scope);
+    return formatValue(numberOf(*poLeft, scope), format);
+}
+
+std::uint32_t CNText::typeWithin(EvaluationScope&) const {
+    return ExprString;
+}
+
+std::uint32_t CNText::errorWithin(EvaluationScope& scope) const {
+    return textError(*this, scope);
 }
 
 // ---------------------------------------------------------------- CNLeft, CNRight
@@ -181,15 +183,10 @@ Answer CNText::answerWithin(Query query, EvaluationScope& scope) const {
     std::uint32_t Class::exprType() { return ExprString; }                                        \
     std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }                  \
     std::string Class::stringEvaluate() const { return cellformula::evaluateText(*this); }        \
-    Answer Class::answerWithin(Query query, EvaluationScope& scope) const {                       \
-        switch (query) {                                                                          \
-            case Query::Number: return Answer::ofNumber(0.0);                                     \
-            case Query::Type: return Answer::ofCode(ExprString);                                  \
-            case Query::Error: return Answer::ofCode(cutError(*this, scope));                     \
-            case Query::Text: return Answer::ofText(cut(*this, FromLeft, scope));                 \
-        }                                                                                         \
-        return Answer();                                                                          \
-    }
+    double Class::numberWithin(EvaluationScope&) const { return 0.0; }                            \
+    std::string Class::textWithin(EvaluationScope& scope) const { return cut(*this, FromLeft, scope); } \
+    std::uint32_t Class::typeWithin(EvaluationScope&) const { return ExprString; }                \
+    std::uint32_t Class::errorWithin(EvaluationScope& scope) const { return cutError(*this, scope); }
 
 CELLFORMULA_CUT_FUNCTION(CNLeft, "select left chars of string ", true)
 CELLFORMULA_CUT_FUNCTION(CNRight, "select right chars of string", false)
