@@ -8,12 +8,13 @@
 
 namespace ExpressionParser {
 
-// Everything one parse needs, created once per driver and reused: the input
-// stream, the scanner reading it and the parser pulling from the scanner.
+// Everything one parse needs, created once per driver and reused: the scanner
+// reading the formula and the parser pulling from the scanner.
 struct ParsingContext {
-    explicit ParsingContext(ParserDriver& driver) : scanner(&input, nullptr), parser(driver) {}
+    explicit ParsingContext(ParserDriver& driver) : scanner(&unusedStream, nullptr), parser(driver) {}
 
-    std::istringstream input;
+    // The scanner reads the formula in place; the engine still wants a stream.
+    std::istringstream unusedStream;
     Scanner scanner;
     Parser parser;
     std::uint64_t maxRangeCells = ParserDriver::kDefaultMaxRangeCells;
@@ -36,20 +37,16 @@ ParserDriver& ParserDriver::operator=(const ParserDriver& other) {
 }
 
 ASTNode* ParserDriver::poParseExpression(const std::string& text) {
-    std::string formula = text;
     poRoot_ = nullptr;
     oErrorText_.clear();
     // A text that begins with "=" never reads as a number, so the costly
-    // number test is only needed for the others.
-    const bool formulaText = !formula.empty() && formula[0] == '=';
-    if (!formulaText) {
-        if (!SpreadSheetHelper::bIsNumber(formula)) return nullptr;
-        formula.insert(0, "=");
-    }
+    // number test is only needed for the others; a number is read as the
+    // formula "=" followed by it.
+    const bool formulaText = !text.empty() && text[0] == '=';
+    if (!formulaText && !SpreadSheetHelper::bIsNumber(text)) return nullptr;
 
-    poContext_->input.str(formula);
-    poContext_->input.clear();
-    poContext_->scanner.yyrestart(poContext_->input);
+    poContext_->scanner.vSetText(formulaText ? "" : "=", text);
+    poContext_->scanner.yyrestart(poContext_->unusedStream);
 
     int result = 1;
     try {

@@ -1,8 +1,10 @@
 #ifndef CELLFORMULA_SCANNER_H
 #define CELLFORMULA_SCANNER_H
 
+#include <cstddef>
 #include <istream>
 #include <ostream>
+#include <string>
 
 // Several flex scanners may share a program: rename the engine class before
 // FlexLexer.h declares it, and only once per translation unit.
@@ -29,6 +31,20 @@ public:
     virtual int lex(Parser::semantic_type* lval, location* loc);
 
     void vSetDebug(bool enabled);
+
+    // Scans `prefix` and then `text` from the next restart on, instead of the
+    // stream, reading both in place: the characters are copied once, into the
+    // engine's buffer. `text` must outlive the scan.
+    void vSetText(const char* prefix, const std::string& text);
+
+protected:
+    int LexerInput(char* buffer, int capacity) override;
+
+private:
+    const char* prefix_ = "";
+    std::size_t prefixLeft_ = 0;
+    const char* text_ = nullptr;
+    std::size_t textLeft_ = 0;
 };
 
 }  // namespace ExpressionParser

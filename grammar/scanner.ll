@@ -2,8 +2,11 @@
 /* Token rules of the formula language. Keywords are all capitals or all
    small letters; everything the grammar has no use for comes out as a
    single byte, which the parser reports as an invalid token. */
+#include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <string>
 
@@ -17,6 +20,23 @@
 #define YY_USER_ACTION yylloc->columns(static_cast<int>(yyleng));
 
 using token = ExpressionParser::Parser::token;
+
+namespace {
+
+// What strtol makes of a run of decimal digits, without its locale and sign
+// handling: the value, or LONG_MAX once the value no longer fits.
+long digitsValue(const char* digits, std::size_t count) {
+    constexpr unsigned long long kLargest = LONG_MAX;
+    unsigned long long value = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto digit = static_cast<unsigned long long>(digits[i] - '0');
+        if (value > (kLargest - digit) / 10) return LONG_MAX;
+        value = value * 10 + digit;
+    }
+    return static_cast<long>(value);
+}
+
+}  // namespace
 %}
 
 %option c++
@@ -33,7 +53,7 @@ using token = ExpressionParser::Parser::token;
 
 [0-9]+              {
                         // Keep the low 32 bits of whatever strtol makes of the digits.
-                        const long value = std::strtol(yytext, nullptr, 10);
+                        const long value = digitsValue(yytext, static_cast<std::size_t>(yyleng));
                         yylval->integerValue = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
                         return token::INTEGER;
                     }
@@ -98,6 +118,32 @@ ExpressionParser::Scanner::~Scanner() = default;
 
 void ExpressionParser::Scanner::vSetDebug(bool enabled) {
     set_debug(enabled ? 1 : 0);
+}
+
+void ExpressionParser::Scanner::vSetText(const char* prefix, const std::string& text) {
+    prefix_ = prefix;
+    prefixLeft_ = std::strlen(prefix);
+    text_ = text.data();
+    textLeft_ = text.size();
+}
+
+int ExpressionParser::Scanner::LexerInput(char* buffer, int capacity) {
+    // A scanner given a stream and no text reads the stream as usual.
+    if (text_ == nullptr) return ExpressionFlexLexer::LexerInput(buffer, capacity);
+    std::size_t room = capacity > 0 ? static_cast<std::size_t>(capacity) : 0;
+    std::size_t copied = 0;
+    const std::size_t fromPrefix = std::min(prefixLeft_, room);
+    std::memcpy(buffer, prefix_, fromPrefix);
+    prefix_ += fromPrefix;
+    prefixLeft_ -= fromPrefix;
+    copied += fromPrefix;
+    room -= fromPrefix;
+    const std::size_t fromText = std::min(textLeft_, room);
+    if (fromText > 0) std::memcpy(buffer + copied, text_, fromText);
+    text_ += fromText;
+    textLeft_ -= fromText;
+    copied += fromText;
+    return static_cast<int>(copied);
 }
 
 // The engine's argument-less entry is never used: tokens come from lex().

@@ -43,6 +43,10 @@ std::uint32_t ASTNode::errorWithin(EvaluationScope&) const {
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
 
 void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
+    // Room for a typical formula's whole tree up front, rather than growing
+    // the list a step at a time.
+    constexpr std::size_t kTypicalNodes = 64;
+    pending.reserve(kTypicalNodes);
     while (!pending.empty()) {
         ASTNode* node = pending.back();
         pending.pop_back();
