@@ -1,8 +1,12 @@
 #ifndef CELLFORMULA_SSTRINGIFY_H
 #define CELLFORMULA_SSTRINGIFY_H
 
+#include <charconv>
+#include <limits>
+#include <locale>
 #include <sstream>
 #include <string>
+#include <type_traits>
 
 namespace QuandelUtils {
 
@@ -11,6 +15,23 @@ namespace QuandelUtils {
 // linkage gives every source file that uses it its own instance.
 template <typename Value>
 static std::string sstringify(const Value& value) {
+    // A stream writes character types and bool as themselves, not as numbers,
+    // so only the plain integer types may take the short cut.
+    using Plain = std::remove_cv_t<Value>;
+    constexpr bool plainInteger = std::is_integral_v<Plain> && !std::is_same_v<Plain, bool> &&
+                                  !std::is_same_v<Plain, char> && !std::is_same_v<Plain, signed char> &&
+                                  !std::is_same_v<Plain, unsigned char> && !std::is_same_v<Plain, wchar_t> &&
+                                  !std::is_same_v<Plain, char16_t> && !std::is_same_v<Plain, char32_t>;
+    if constexpr (plainInteger) {
+        // Under the classic locale a stream writes integers exactly as
+        // to_chars does; a host's global locale may group digits, so any
+        // other locale keeps the stream.
+        if (std::locale() == std::locale::classic()) {
+            char digits[std::numeric_limits<Plain>::digits10 + 3];
+            const std::to_chars_result written = std::to_chars(digits, digits + sizeof digits, value);
+            return std::string(digits, written.ptr);
+        }
+    }
     std::stringstream stream;
     stream << value;
     return stream.str();
