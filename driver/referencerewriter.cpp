@@ -1,10 +1,9 @@
+#include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <optional>
 #include <string>
 
 #include "parserdriver.h"
-#include "spreadsheethelper.h"
 #include "sstringify.h"
 
 namespace ExpressionParser {
@@ -14,6 +13,9 @@ constexpr std::int64_t kLargestInt = std::numeric_limits<int>::max();
 constexpr std::size_t kNone = std::string::npos;
 // The anchor a wrapper passes for the coordinate it leaves alone, together with a change of 0.
 constexpr int kUntouched = 3000000;
+// Coordinates that fit an int take at most 7 letters and 10 digits, so the
+// written column and fixed row of a reference fit with room to spare.
+constexpr std::size_t kLongestRewritten = 24;
 
 bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -31,73 +33,116 @@ struct Edit {
     CoordinateRule column;  // acts on column indices, counted from 0
 };
 
-// The moved coordinate, or nothing when it lay in a deleted row or column.
-std::optional<std::int64_t> moveCoordinate(const CoordinateRule& rule, std::int64_t value) {
-    if (rule.plainOffset) return value + rule.change;
-    if (rule.change == -1) {
-        if (value == rule.anchor) return std::nullopt;
-        return value > rule.anchor ? value - 1 : value;
+// Moves one coordinate; false when it lay in a deleted row or column or
+// lands below `lowest` or beyond an int, off the sheet.
+bool moveCoordinate(const CoordinateRule& rule, std::int64_t lowest, std::int64_t& value) {
+    if (rule.plainOffset) {
+        value += rule.change;
+    } else if (rule.change == -1) {
+        if (value == rule.anchor) return false;
+        if (value > rule.anchor) --value;
+    } else if (rule.change > 0 && value >= rule.anchor) {
+        value += rule.change;
     }
-    if (rule.change > 0 && value >= rule.anchor) return value + rule.change;
-    return value;
+    return value >= lowest && value <= kLargestInt;
 }
 
-// A reference as written: column part ("$" and letters), row part ("$" and
-// digits), and the position just behind it.
+// A reference as written, by positions in the formula: an optional "$"
+// before the column, letters, an optional "$" before the row, digits. The
+// row marker may also stand between letters ("$A$B1" reads as column AB with
+// both markers), so the letters are not always one slice.
 struct Reference {
-    std::string column;
-    std::string row;
-    std::size_t end;
+    std::size_t start;
+    std::size_t rowMarker;  // position of the row's "$", or kNone
+    std::size_t digits;     // position of the first row digit
+    std::size_t end;        // position just behind the reference
+    // What letters ("A" = 1, "AA" = 27) and digits spell; both stop growing
+    // once past an int, so long runs cannot wrap into a small coordinate.
+    std::uint64_t letters;
+    std::uint64_t number;
+
+    // Whether the letters and digits name a cell whose coordinates fit an int.
+    bool fits() const {
+        return letters - 1 <= static_cast<std::uint64_t>(kLargestInt) &&
+               number <= static_cast<std::uint64_t>(kLargestInt);
+    }
 };
 
 // Reads greedily from `start`, which holds "$" or an upper-case letter;
-// nothing when the characters there do not form a reference.
-std::optional<Reference> readReference(const std::string& text, std::size_t start) {
-    Reference reference{std::string(1, text[start]), std::string(), text.size()};
+// false when the characters there do not form a reference.
+bool readReference(const std::string& text, std::size_t start, Reference& reference) {
+    constexpr std::uint64_t kGrowing = kLargestInt + 1;
+    const char first = text[start];
+    reference = Reference{start, kNone, kNone, text.size(), first == '$' ? 0u : first - 'A' + 1u, 0};
     bool letterPhase = true;
     for (std::size_t at = start + 1; at < text.size(); ++at) {
         const char c = text[at];
         const bool lastOrBeforeNonLetter = at + 1 == text.size() || !isUpper(text[at + 1]);
         if (c == '$') {
-            if (!letterPhase || !reference.row.empty() || text[at - 1] == '$') return std::nullopt;
-            reference.row = "$";
+            if (!letterPhase || reference.rowMarker != kNone || text[at - 1] == '$') return false;
+            reference.rowMarker = at;
         } else if (isUpper(c) && letterPhase) {
-            reference.column += c;
+            if (reference.letters <= kGrowing) reference.letters = reference.letters * 26 + (c - 'A' + 1u);
         } else if (isDigit(c) && lastOrBeforeNonLetter) {
-            if (reference.column == "$" || (letterPhase && c == '0')) return std::nullopt;
-            reference.row += c;
+            if (reference.letters == 0 || (letterPhase && c == '0')) return false;
+            if (letterPhase) reference.digits = at;
+            if (reference.number <= kGrowing) reference.number = reference.number * 10 + (c - '0' + 0u);
             letterPhase = false;
         } else {
-            if (letterPhase) return std::nullopt;
+            if (letterPhase) return false;
             reference.end = at;
-            return reference;
+            return true;
         }
     }
-    if (letterPhase) return std::nullopt;
-    return reference;
+    return !letterPhase;
 }
 
-std::string withoutMarker(const std::string& part) { return part[0] == '$' ? part.substr(1) : part; }
+// Writes the letters of a column index so that they end just before `end`,
+// spelled as SpreadSheetHelper::oGetLetterByIdx spells them, and returns
+// where they begin.
+char* lettersEndingAt(std::int64_t index, char* end) {
+    do {
+        *--end = static_cast<char>('A' + index % 26);
+        index = index / 26 - 1;
+    } while (index >= 0);
+    return end;
+}
 
-// The rewritten reference, "#REF" when it leaves the sheet, or nothing when
-// its own coordinates do not fit an int: such a run names no cell and is
-// copied unchanged.
-std::optional<std::string> rewriteReference(const Reference& reference, const Edit& edit) {
-    int columnIndex = 0;
-    int rowIndex = 0;
-    const std::string cellName = withoutMarker(reference.column) + withoutMarker(reference.row);
-    if (SpreadSheetHelper::s8CreateColumnLine(cellName, columnIndex, rowIndex) != 0) return std::nullopt;
-
-    std::string rewritten = reference.column;
-    if (reference.column[0] != '$') {
-        const auto column = moveCoordinate(edit.column, columnIndex);
-        if (!column || *column < 0 || *column > kLargestInt) return std::string("#REF");
-        rewritten = SpreadSheetHelper::oGetLetterByIdx(static_cast<int>(*column));
+// Appends the rewritten form of a reference whose coordinates fit, or "#REF"
+// when it leaves the sheet.
+void appendRewritten(const std::string& text, const Reference& reference, const Edit& edit, std::string& output) {
+    const bool columnFixed = text[reference.start] == '$';
+    const bool rowFixed = reference.rowMarker != kNone;
+    std::int64_t column = static_cast<std::int64_t>(reference.letters) - 1;
+    std::int64_t row = static_cast<std::int64_t>(reference.number);
+    if ((!columnFixed && !moveCoordinate(edit.column, 0, column)) || (!rowFixed && !moveCoordinate(edit.row, 1, row))) {
+        output += "#REF";
+        return;
     }
-    if (reference.row[0] == '$') return rewritten + reference.row;
-    const auto row = moveCoordinate(edit.row, static_cast<std::int64_t>(rowIndex) + 1);
-    if (!row || *row < 1 || *row > kLargestInt) return std::string("#REF");
-    return rewritten + QuandelUtils::sstringify(static_cast<int>(*row));
+
+    // The column and a fixed row are assembled here; a moved row number's
+    // text comes from sstringify, whose length a host locale decides.
+    char written[kLongestRewritten];
+    char* end = written;
+    if (columnFixed) {
+        // Letters written around a row marker close up behind the column's "$".
+        *end++ = '$';
+        for (std::size_t at = reference.start + 1; at < reference.digits; ++at) {
+            if (text[at] != '$') *end++ = text[at];
+        }
+    } else {
+        char letters[8];
+        char* const lettersEnd = letters + sizeof letters;
+        const char* const first = lettersEndingAt(column, lettersEnd);
+        end = std::copy(first, static_cast<const char*>(lettersEnd), end);
+    }
+    if (rowFixed) {
+        *end++ = '$';
+        end = std::copy(text.begin() + static_cast<std::ptrdiff_t>(reference.digits),
+                        text.begin() + static_cast<std::ptrdiff_t>(reference.end), end);
+    }
+    output.append(written, static_cast<std::size_t>(end - written));
+    if (!rowFixed) output += QuandelUtils::sstringify(static_cast<int>(row));
 }
 
 // Finds named-input sections ("input(" or "INPUT(" up to the next ")") while
@@ -105,32 +150,33 @@ std::optional<std::string> rewriteReference(const Reference& reference, const Ed
 class InputSections {
 public:
     explicit InputSections(const std::string& text)
-        : text_(text), lastClose_(text.rfind(')')), lower_(text.find("input(")), upper_(text.find("INPUT(")) {}
+        : text_(text), lower_(text.find("input(")), upper_(text.find("INPUT(")), nearest_(std::min(lower_, upper_)) {}
 
     // End (just behind the ")") of the section starting at `at`, or kNone.
     std::size_t sectionEndAt(std::size_t at) {
+        if (at < nearest_) return kNone;
         if (lower_ < at) lower_ = text_.find("input(", at);
         if (upper_ < at) upper_ = text_.find("INPUT(", at);
-        if (at != lower_ && at != upper_) return kNone;
+        nearest_ = std::min(lower_, upper_);
+        if (at != nearest_) return kNone;
+        // The last ")" settles at once whether any section can still close,
+        // so many unclosed starts cost no repeated search.
+        if (!lastCloseKnown_) {
+            lastClose_ = text_.rfind(')');
+            lastCloseKnown_ = true;
+        }
         if (lastClose_ == kNone || lastClose_ < at + 6) return kNone;
         return text_.find(')', at + 6) + 1;
     }
 
 private:
     const std::string& text_;
-    std::size_t lastClose_;
     std::size_t lower_;
     std::size_t upper_;
+    std::size_t nearest_;
+    bool lastCloseKnown_ = false;
+    std::size_t lastClose_ = kNone;
 };
-
-// The text that replaces the reference read at `start`.
-std::string replacement(const std::string& formula, std::size_t start, const Reference& reference,
-                        const Edit& edit) {
-    // A reference-like name right before "(" is a function such as ATAN2 or LOG10.
-    const bool functionName = reference.end < formula.size() && formula[reference.end] == '(';
-    const auto rewritten = functionName ? std::nullopt : rewriteReference(reference, edit);
-    return rewritten ? *rewritten : formula.substr(start, reference.end - start);
-}
 
 std::size_t endOfCapitals(const std::string& text, std::size_t at) {
     while (at < text.size() && isUpper(text[at])) ++at;
@@ -140,32 +186,41 @@ std::size_t endOfCapitals(const std::string& text, std::size_t at) {
 std::string rewriteFormula(const std::string& formula, const Edit& edit) {
     if (formula.empty() || formula[0] != '=') return formula;
     std::string output;
-    output.reserve(formula.size());
+    output.reserve(formula.size() + formula.size() / 8);
     InputSections sections(formula);
+    // Everything from `copied` up to the scan position reads as it stands and
+    // is appended in one piece when a rewritten reference or the end follows.
+    std::size_t copied = 0;
     // Every start inside one run of capitals meets the character after the run
     // in the same state, so one abandoned attempt stands for the whole run and
     // long runs cost linear time.
     std::size_t abandonedUntil = 0;
     std::size_t at = 0;
+    Reference reference{};
     while (at < formula.size()) {
         const std::size_t sectionEnd = sections.sectionEndAt(at);
         if (sectionEnd != kNone) {
-            output.append(formula, at, sectionEnd - at);
             at = sectionEnd;
             continue;
         }
         const char c = formula[at];
         const bool mayStart = c == '$' || (isUpper(c) && at >= abandonedUntil);
-        const auto reference = mayStart ? readReference(formula, at) : std::nullopt;
-        if (!reference) {
+        if (!mayStart || !readReference(formula, at, reference)) {
             if (mayStart && c != '$') abandonedUntil = endOfCapitals(formula, at);
-            output += c;
             ++at;
             continue;
         }
-        output += replacement(formula, at, *reference, edit);
-        at = reference->end;
+        // A reference-like name right before "(" is a function such as ATAN2
+        // or LOG10; a run whose coordinates do not fit an int names no cell.
+        const bool functionName = reference.end < formula.size() && formula[reference.end] == '(';
+        if (!functionName && reference.fits()) {
+            output.append(formula, copied, at - copied);
+            appendRewritten(formula, reference, edit, output);
+            copied = reference.end;
+        }
+        at = reference.end;
     }
+    output.append(formula, copied, formula.size() - copied);
     return output;
 }
 

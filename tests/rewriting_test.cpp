@@ -6,6 +6,7 @@
 #include <string>
 
 #include "parserdriver.h"
+#include "spreadsheethelper.h"
 #include "sstringify.h"
 
 using ExpressionParser::ParserDriver;
@@ -48,6 +49,9 @@ const Case kCases[] = {
     {"=A99999999999+B1", offset(1, 0), "=A99999999999+B2"}, {"=A2", offset(INT_MAX, 0), "=#REF"},
     {"=B1", offset(0, INT_MAX), "=#REF"}, {"=B2", offset(INT_MIN, INT_MIN), "=#REF"},
     {"=A2147483647", offset(-1, 0), "=A2147483646"}, {"=A2147483647", kRowInsertion3, "=#REF"},
+    {"=FXSHRXX1+FXSHRXY1+AAAAAAAAAAAAAAAAAAAAAAAAAA1", offset(1, -1), "=FXSHRXW2+FXSHRXY1+AAAAAAAAAAAAAAAAAAAAAAAAAA1"},
+    // A row marker between letters fixes the row; the letters close up around it.
+    {"=A$B1+$A$B1", offset(1, 1), "=AC$1+$AB$1"}, {"=AB12C", offset(1, 1), "=AC22C"},
 };
 
 TEST(Rewriting, EdgeCases) {
@@ -58,6 +62,15 @@ TEST(Rewriting, EdgeCases) {
         for (const char* kept : {"A1+B2", "=a1", "=2*RATE", "=HEX2DEC(\"FF\")"}) EXPECT_EQ(rewrite(kept), kept);
         EXPECT_EQ(rewrite("=DEC2BIN(A5)").substr(0, 9), "=DEC2BIN(");
     }
+}
+
+// A moved column is spelled as the cell-name helper spells it, up to the last column.
+TEST(Rewriting, MovedColumnLetters) {
+    for (long long column = 0; column <= INT_MAX; column += column < 20000 ? 1 : 104729) {
+        const int index = static_cast<int>(column);
+        ASSERT_EQ(ParserDriver::oOffsetCellsNames("=A1", 0, index), "=" + SpreadSheetHelper::oGetLetterByIdx(index) + "1");
+    }
+    EXPECT_EQ(ParserDriver::oOffsetCellsNames("=A1", 0, INT_MAX), "=FXSHRXX1");
 }
 
 TEST(Rewriting, LongFormula) {
