@@ -72,29 +72,35 @@ struct Reference {
 // false when the characters there do not form a reference.
 bool readReference(const std::string& text, std::size_t start, Reference& reference) {
     constexpr std::uint64_t kGrowing = kLargestInt + 1;
-    const char first = text[start];
-    reference = Reference{start, kNone, kNone, text.size(), first == '$' ? 0u : first - 'A' + 1u, 0};
-    bool letterPhase = true;
-    for (std::size_t at = start + 1; at < text.size(); ++at) {
-        const char c = text[at];
-        const bool lastOrBeforeNonLetter = at + 1 == text.size() || !isUpper(text[at + 1]);
-        if (c == '$') {
-            if (!letterPhase || reference.rowMarker != kNone || text[at - 1] == '$') return false;
-            reference.rowMarker = at;
-        } else if (isUpper(c) && letterPhase) {
-            if (reference.letters <= kGrowing) reference.letters = reference.letters * 26 + (c - 'A' + 1u);
-        } else if (isDigit(c) && lastOrBeforeNonLetter) {
-            if (reference.letters == 0 || (letterPhase && c == '0')) return false;
-            if (letterPhase) reference.digits = at;
-            if (reference.number <= kGrowing) reference.number = reference.number * 10 + (c - '0' + 0u);
-            letterPhase = false;
+    const char* const chars = text.data();
+    const std::size_t size = text.size();
+    std::uint64_t letters = chars[start] == '$' ? 0u : chars[start] - 'A' + 1u;
+    std::size_t rowMarker = kNone;
+    std::size_t at = start + 1;
+    // Letters, with at most one row marker among or behind them and never two "$" in a row.
+    for (; at < size; ++at) {
+        const char c = chars[at];
+        if (isUpper(c)) {
+            if (letters <= kGrowing) letters = letters * 26 + (c - 'A' + 1u);
+        } else if (c == '$' && rowMarker == kNone && chars[at - 1] != '$') {
+            rowMarker = at;
         } else {
-            if (letterPhase) return false;
-            reference.end = at;
-            return true;
+            break;
         }
     }
-    return !letterPhase;
+    // The first digit follows a letter, is no "0" and stands before no capital.
+    if (at == size || !isDigit(chars[at]) || chars[at] == '0' || letters == 0) return false;
+    if (at + 1 < size && isUpper(chars[at + 1])) return false;
+    const std::size_t digits = at;
+    std::uint64_t number = 0;
+    // A later digit right before a capital ends the reference in front of it.
+    for (; at < size && isDigit(chars[at]) && !(at + 1 < size && isUpper(chars[at + 1])); ++at) {
+        if (number <= kGrowing) number = number * 10 + (chars[at] - '0' + 0u);
+    }
+    // A "$" right behind the digits spoils the whole run.
+    if (at < size && chars[at] == '$') return false;
+    reference = Reference{start, rowMarker, digits, at, letters, number};
+    return true;
 }
 
 // Writes the letters of a column index so that they end just before `end`,
@@ -108,41 +114,68 @@ char* lettersEndingAt(std::int64_t index, char* end) {
     return end;
 }
 
-// Appends the rewritten form of a reference whose coordinates fit, or "#REF"
-// when it leaves the sheet.
-void appendRewritten(const std::string& text, const Reference& reference, const Edit& edit, std::string& output) {
-    const bool columnFixed = text[reference.start] == '$';
+// The rewritten formula, written through a cursor: one step makes room for
+// a copied run and a reference, so a reference costs stores, not calls.
+class Output {
+public:
+    explicit Output(std::size_t expected) : text_(expected, '\0') {}
+
+    // Where the next `size` characters go; `wrote` then takes the new end.
+    char* room(std::size_t size) {
+        if (text_.size() - used_ < size) text_.resize(std::max(2 * text_.size(), used_ + size));
+        return &text_[used_];
+    }
+    void wrote(const char* end) { used_ = static_cast<std::size_t>(end - text_.data()); }
+    void append(const char* from, const char* to) { wrote(std::copy(from, to, room(static_cast<std::size_t>(to - from)))); }
+
+    std::string take() {
+        text_.resize(used_);
+        return std::move(text_);
+    }
+
+private:
+    std::string text_;
+    std::size_t used_ = 0;
+};
+
+// Appends the formula from `copied` up to a reference whose coordinates fit,
+// then the reference rewritten, or "#REF" when it leaves the sheet.
+void appendRewritten(const std::string& text, std::size_t copied, const Reference& reference, const Edit& edit,
+                     Output& output) {
+    const char* const chars = text.data();
+    char* out = output.room(reference.start - copied + kLongestRewritten);
+    out = std::copy(chars + copied, chars + reference.start, out);
+
+    const bool columnFixed = chars[reference.start] == '$';
     const bool rowFixed = reference.rowMarker != kNone;
     std::int64_t column = static_cast<std::int64_t>(reference.letters) - 1;
     std::int64_t row = static_cast<std::int64_t>(reference.number);
     if ((!columnFixed && !moveCoordinate(edit.column, 0, column)) || (!rowFixed && !moveCoordinate(edit.row, 1, row))) {
-        output += "#REF";
+        static constexpr char kOffSheet[] = "#REF";
+        output.wrote(std::copy(kOffSheet, kOffSheet + 4, out));
         return;
     }
 
-    // The column and a fixed row are assembled here; a moved row number's
-    // text comes from sstringify, whose length a host locale decides.
-    char written[kLongestRewritten];
-    char* end = written;
     if (columnFixed) {
         // Letters written around a row marker close up behind the column's "$".
-        *end++ = '$';
+        *out++ = '$';
         for (std::size_t at = reference.start + 1; at < reference.digits; ++at) {
-            if (text[at] != '$') *end++ = text[at];
+            if (chars[at] != '$') *out++ = chars[at];
         }
     } else {
         char letters[8];
         char* const lettersEnd = letters + sizeof letters;
-        const char* const first = lettersEndingAt(column, lettersEnd);
-        end = std::copy(first, static_cast<const char*>(lettersEnd), end);
+        out = std::copy(lettersEndingAt(column, lettersEnd), lettersEnd, out);
     }
     if (rowFixed) {
-        *end++ = '$';
-        end = std::copy(text.begin() + static_cast<std::ptrdiff_t>(reference.digits),
-                        text.begin() + static_cast<std::ptrdiff_t>(reference.end), end);
+        *out++ = '$';
+        output.wrote(std::copy(chars + reference.digits, chars + reference.end, out));
+        return;
     }
-    output.append(written, static_cast<std::size_t>(end - written));
-    if (!rowFixed) output += QuandelUtils::sstringify(static_cast<int>(row));
+    output.wrote(out);
+    // A moved row's text comes from sstringify, whose length a host locale decides.
+    const std::string number = QuandelUtils::sstringify(static_cast<int>(row));
+    output.append(number.data(), number.data() + number.size());
 }
 
 // Finds named-input sections ("input(" or "INPUT(" up to the next ")") while
@@ -185,8 +218,7 @@ std::size_t endOfCapitals(const std::string& text, std::size_t at) {
 
 std::string rewriteFormula(const std::string& formula, const Edit& edit) {
     if (formula.empty() || formula[0] != '=') return formula;
-    std::string output;
-    output.reserve(formula.size() + formula.size() / 8);
+    Output output(formula.size() + formula.size() / 8);
     InputSections sections(formula);
     // Everything from `copied` up to the scan position reads as it stands and
     // is appended in one piece when a rewritten reference or the end follows.
@@ -214,14 +246,13 @@ std::string rewriteFormula(const std::string& formula, const Edit& edit) {
         // or LOG10; a run whose coordinates do not fit an int names no cell.
         const bool functionName = reference.end < formula.size() && formula[reference.end] == '(';
         if (!functionName && reference.fits()) {
-            output.append(formula, copied, at - copied);
-            appendRewritten(formula, reference, edit, output);
+            appendRewritten(formula, copied, reference, edit, output);
             copied = reference.end;
         }
         at = reference.end;
     }
-    output.append(formula, copied, formula.size() - copied);
-    return output;
+    output.append(formula.data() + copied, formula.data() + formula.size());
+    return output.take();
 }
 
 CoordinateRule offsetBy(int offset) { return CoordinateRule{true, 0, offset}; }
