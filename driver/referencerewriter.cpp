@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -16,6 +17,8 @@ constexpr int kUntouched = 3000000;
 // Coordinates that fit an int take at most 7 letters and 10 digits, so the
 // written column and fixed row of a reference fit with room to spare.
 constexpr std::size_t kLongestRewritten = 24;
+// A run this short is copied with one fixed-size move.
+constexpr std::size_t kShortRun = 16;
 
 bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -103,15 +106,33 @@ bool readReference(const std::string& text, std::size_t start, Reference& refere
     return true;
 }
 
-// Writes the letters of a column index so that they end just before `end`,
-// spelled as SpreadSheetHelper::oGetLetterByIdx spells them, and returns
-// where they begin.
-char* lettersEndingAt(std::int64_t index, char* end) {
+// Writes the letters of a column index at `out`, spelled as
+// SpreadSheetHelper::oGetLetterByIdx spells them, and returns their end.
+char* writeLetters(std::int64_t index, char* out) {
+    std::size_t count = 1;
+    for (std::int64_t limit = 26, block = 26; index >= limit; ++count) {
+        block *= 26;
+        limit += block;
+    }
+    char* at = out + count;
     do {
-        *--end = static_cast<char>('A' + index % 26);
+        *--at = static_cast<char>('A' + index % 26);
         index = index / 26 - 1;
     } while (index >= 0);
-    return end;
+    return out + count;
+}
+
+// Copies the characters from `from` to `to` to `out`. Runs between
+// references are short, so one fixed-size move covers them whenever the
+// source has that many characters left; `out` always has room for it.
+char* copyRun(const char* from, const char* to, const char* sourceEnd, char* out) {
+    const auto length = static_cast<std::size_t>(to - from);
+    if (length <= kShortRun && static_cast<std::size_t>(sourceEnd - from) >= kShortRun) {
+        std::memcpy(out, from, kShortRun);
+    } else {
+        std::memcpy(out, from, length);
+    }
+    return out + length;
 }
 
 // The rewritten formula, written through a cursor: one step makes room for
@@ -143,8 +164,9 @@ private:
 void appendRewritten(const std::string& text, std::size_t copied, const Reference& reference, const Edit& edit,
                      Output& output) {
     const char* const chars = text.data();
-    char* out = output.room(reference.start - copied + kLongestRewritten);
-    out = std::copy(chars + copied, chars + reference.start, out);
+    const char* const charsEnd = chars + text.size();
+    char* out = output.room(std::max(reference.start - copied, kShortRun) + kLongestRewritten);
+    out = copyRun(chars + copied, chars + reference.start, charsEnd, out);
 
     const bool columnFixed = chars[reference.start] == '$';
     const bool rowFixed = reference.rowMarker != kNone;
@@ -163,19 +185,19 @@ void appendRewritten(const std::string& text, std::size_t copied, const Referenc
             if (chars[at] != '$') *out++ = chars[at];
         }
     } else {
-        char letters[8];
-        char* const lettersEnd = letters + sizeof letters;
-        out = std::copy(lettersEndingAt(column, lettersEnd), lettersEnd, out);
+        out = writeLetters(column, out);
     }
     if (rowFixed) {
         *out++ = '$';
-        output.wrote(std::copy(chars + reference.digits, chars + reference.end, out));
+        output.wrote(copyRun(chars + reference.digits, chars + reference.end, charsEnd, out));
         return;
     }
     output.wrote(out);
     // A moved row's text comes from sstringify, whose length a host locale decides.
     const std::string number = QuandelUtils::sstringify(static_cast<int>(row));
-    output.append(number.data(), number.data() + number.size());
+    out = output.room(number.size());
+    for (const char digit : number) *out++ = digit;
+    output.wrote(out);
 }
 
 // Finds named-input sections ("input(" or "INPUT(" up to the next ")") while
@@ -185,21 +207,26 @@ public:
     explicit InputSections(const std::string& text)
         : text_(text), lower_(text.find("input(")), upper_(text.find("INPUT(")), nearest_(std::min(lower_, upper_)) {}
 
-    // End (just behind the ")") of the section starting at `at`, or kNone.
-    std::size_t sectionEndAt(std::size_t at) {
-        if (at < nearest_) return kNone;
-        if (lower_ < at) lower_ = text_.find("input(", at);
-        if (upper_ < at) upper_ = text_.find("INPUT(", at);
+    // The first section start at or after `from`, or kNone; `from` never moves back.
+    std::size_t nextFrom(std::size_t from) {
+        if (from <= nearest_) return nearest_;
+        if (lower_ < from) lower_ = text_.find("input(", from);
+        if (upper_ < from) upper_ = text_.find("INPUT(", from);
         nearest_ = std::min(lower_, upper_);
-        if (at != nearest_) return kNone;
+        return nearest_;
+    }
+
+    // End (just behind the ")") of the section starting at `start`, or kNone
+    // when no ")" follows it.
+    std::size_t endOf(std::size_t start) {
         // The last ")" settles at once whether any section can still close,
         // so many unclosed starts cost no repeated search.
         if (!lastCloseKnown_) {
             lastClose_ = text_.rfind(')');
             lastCloseKnown_ = true;
         }
-        if (lastClose_ == kNone || lastClose_ < at + 6) return kNone;
-        return text_.find(')', at + 6) + 1;
+        if (lastClose_ == kNone || lastClose_ < start + 6) return kNone;
+        return text_.find(')', start + 6) + 1;
     }
 
 private:
@@ -216,9 +243,13 @@ std::size_t endOfCapitals(const std::string& text, std::size_t at) {
     return at;
 }
 
+bool mayStartReference(char c) { return c == '$' || isUpper(c); }
+
 std::string rewriteFormula(const std::string& formula, const Edit& edit) {
     if (formula.empty() || formula[0] != '=') return formula;
-    Output output(formula.size() + formula.size() / 8);
+    const char* const chars = formula.data();
+    const std::size_t size = formula.size();
+    Output output(size + size / 8);
     InputSections sections(formula);
     // Everything from `copied` up to the scan position reads as it stands and
     // is appended in one piece when a rewritten reference or the end follows.
@@ -229,29 +260,46 @@ std::string rewriteFormula(const std::string& formula, const Edit& edit) {
     std::size_t abandonedUntil = 0;
     std::size_t at = 0;
     Reference reference{};
-    while (at < formula.size()) {
-        const std::size_t sectionEnd = sections.sectionEndAt(at);
-        if (sectionEnd != kNone) {
-            at = sectionEnd;
+    while (at < size) {
+        std::size_t sectionAt = sections.nextFrom(at);
+        if (sectionAt == at) {
+            const std::size_t sectionEnd = sections.endOf(at);
+            if (sectionEnd != kNone) {
+                at = sectionEnd;
+                continue;
+            }
+            // An unclosed section start reads like any other text.
+            sectionAt = sections.nextFrom(at + 1);
+        } else {
+            // Characters that start neither a reference nor a section pass in one sweep.
+            const std::size_t stop = std::min(sectionAt, size);
+            while (at < stop && !mayStartReference(chars[at])) ++at;
+            if (at == stop) continue;
+        }
+        const char c = chars[at];
+        if (!mayStartReference(c) || (c != '$' && at < abandonedUntil)) {
+            ++at;
             continue;
         }
-        const char c = formula[at];
-        const bool mayStart = c == '$' || (isUpper(c) && at >= abandonedUntil);
-        if (!mayStart || !readReference(formula, at, reference)) {
-            if (mayStart && c != '$') abandonedUntil = endOfCapitals(formula, at);
-            ++at;
+        if (!readReference(formula, at, reference)) {
+            if (c == '$') {
+                ++at;
+            } else {
+                abandonedUntil = endOfCapitals(formula, at);
+                at = std::min(abandonedUntil, sectionAt);
+            }
             continue;
         }
         // A reference-like name right before "(" is a function such as ATAN2
         // or LOG10; a run whose coordinates do not fit an int names no cell.
-        const bool functionName = reference.end < formula.size() && formula[reference.end] == '(';
+        const bool functionName = reference.end < size && chars[reference.end] == '(';
         if (!functionName && reference.fits()) {
             appendRewritten(formula, copied, reference, edit, output);
             copied = reference.end;
         }
         at = reference.end;
     }
-    output.append(formula.data() + copied, formula.data() + formula.size());
+    output.append(chars + copied, chars + size);
     return output.take();
 }
 
