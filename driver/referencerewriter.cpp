@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "parserdriver.h"
 #include "sstringify.h"
@@ -14,11 +15,12 @@ constexpr std::int64_t kLargestInt = std::numeric_limits<int>::max();
 constexpr std::size_t kNone = std::string::npos;
 // The anchor a wrapper passes for the coordinate it leaves alone, together with a change of 0.
 constexpr int kUntouched = 3000000;
-// Coordinates that fit an int take at most 7 letters and 10 digits, so the
-// written column and fixed row of a reference fit with room to spare.
-constexpr std::size_t kLongestRewritten = 24;
 // A run this short is copied with one fixed-size move.
 constexpr std::size_t kShortRun = 16;
+// Coordinates that fit an int take at most 7 letters and 10 digits, so a
+// written column with both markers and the fixed-size move of a fixed row's
+// digits stay within 1 + 7 + 1 + kShortRun characters.
+constexpr std::size_t kReferenceRoom = 1 + 7 + 1 + kShortRun;
 
 bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -159,13 +161,56 @@ private:
     std::size_t used_ = 0;
 };
 
+// Row texts already made during one rewriting. Each sstringify call asks
+// for the global locale afresh, which costs more than everything else a
+// reference needs, while the same rows recur throughout a formula; the text
+// kept is the one sstringify made, so the output is the same.
+class RowTexts {
+public:
+    explicit RowTexts(std::size_t formulaSize) : slots_(slotCount(formulaSize)) {}
+
+    // Appends the text of row number `row`.
+    void append(int row, Output& output) {
+        Slot& slot = slots_[static_cast<std::size_t>(row) & (slots_.size() - 1)];
+        if (slot.row != row) {
+            const std::string text = QuandelUtils::sstringify(row);
+            if (text.size() > sizeof slot.text) {
+                output.append(text.data(), text.data() + text.size());
+                return;
+            }
+            slot.row = row;
+            slot.length = static_cast<unsigned char>(text.size());
+            std::memcpy(slot.text, text.data(), text.size());
+        }
+        // The whole slot is copied in one fixed-size move; only `length` of it counts.
+        char* const out = output.room(sizeof slot.text);
+        std::memcpy(out, slot.text, sizeof slot.text);
+        output.wrote(out + slot.length);
+    }
+
+private:
+    // A power of two, about one slot per 8 characters of formula, at most 1024.
+    static std::size_t slotCount(std::size_t formulaSize) {
+        std::size_t count = 1;
+        while (count < 1024 && count * 8 < formulaSize) count *= 2;
+        return count;
+    }
+
+    struct Slot {
+        int row = 0;  // no row is numbered 0, so a fresh slot holds nothing
+        unsigned char length = 0;
+        char text[11] = {};  // an int's digits and sign under the classic locale
+    };
+    std::vector<Slot> slots_;
+};
+
 // Appends the formula from `copied` up to a reference whose coordinates fit,
 // then the reference rewritten, or "#REF" when it leaves the sheet.
 void appendRewritten(const std::string& text, std::size_t copied, const Reference& reference, const Edit& edit,
-                     Output& output) {
+                     RowTexts& rowTexts, Output& output) {
     const char* const chars = text.data();
     const char* const charsEnd = chars + text.size();
-    char* out = output.room(std::max(reference.start - copied, kShortRun) + kLongestRewritten);
+    char* out = output.room(std::max(reference.start - copied, kShortRun) + kReferenceRoom);
     out = copyRun(chars + copied, chars + reference.start, charsEnd, out);
 
     const bool columnFixed = chars[reference.start] == '$';
@@ -193,11 +238,7 @@ void appendRewritten(const std::string& text, std::size_t copied, const Referenc
         return;
     }
     output.wrote(out);
-    // A moved row's text comes from sstringify, whose length a host locale decides.
-    const std::string number = QuandelUtils::sstringify(static_cast<int>(row));
-    out = output.room(number.size());
-    for (const char digit : number) *out++ = digit;
-    output.wrote(out);
+    rowTexts.append(static_cast<int>(row), output);
 }
 
 // Finds named-input sections ("input(" or "INPUT(" up to the next ")") while
@@ -251,6 +292,7 @@ std::string rewriteFormula(const std::string& formula, const Edit& edit) {
     const std::size_t size = formula.size();
     Output output(size + size / 8);
     InputSections sections(formula);
+    RowTexts rowTexts(size);
     // Everything from `copied` up to the scan position reads as it stands and
     // is appended in one piece when a rewritten reference or the end follows.
     std::size_t copied = 0;
@@ -294,7 +336,7 @@ std::string rewriteFormula(const std::string& formula, const Edit& edit) {
         // or LOG10; a run whose coordinates do not fit an int names no cell.
         const bool functionName = reference.end < size && chars[reference.end] == '(';
         if (!functionName && reference.fits()) {
-            appendRewritten(formula, copied, reference, edit, output);
+            appendRewritten(formula, copied, reference, edit, rowTexts, output);
             copied = reference.end;
         }
         at = reference.end;

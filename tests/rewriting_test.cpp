@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <functional>
+#include <locale>
 #include <random>
 #include <string>
 
@@ -81,6 +82,20 @@ TEST(Rewriting, LongFormula) {
         expected += "A2+";
     }
     EXPECT_EQ(ParserDriver::oOffsetCellsNames(formula + "input(\"B1\")+B1", 1, 0), expected + "input(\"B1\")+B2");
+}
+
+// A host locale that groups thousands reaches moved row numbers, however long their text grows.
+class Grouping : public std::numpunct<char> {
+protected:
+    char do_thousands_sep() const override { return '\''; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(Rewriting, RowNumbersFollowHostLocale) {
+    const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    const std::string moved = ParserDriver::oOffsetCellsNames("=A999+B2147483646+A999+$C$5", 1, 0);
+    std::locale::global(previous);
+    EXPECT_EQ(moved, "=A1'000+B2'147'483'647+A1'000+$C$5");
 }
 
 TEST(Rewriting, FindTextIndex) {
