@@ -87,6 +87,30 @@ inline std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope) {
     return node.errorWithin(scope);
 }
 
+template <typename Node>
+double evaluateNumber(const Node& node) {
+    EvaluationScope scope;
+    return node.Node::numberWithin(scope);
+}
+
+template <typename Node>
+std::string evaluateText(const Node& node) {
+    EvaluationScope scope;
+    return node.Node::textWithin(scope);
+}
+
+template <typename Node>
+std::uint32_t evaluateType(const Node& node) {
+    EvaluationScope scope;
+    return node.Node::typeWithin(scope);
+}
+
+template <typename Node>
+std::uint32_t evaluateError(const Node& node) {
+    EvaluationScope scope;
+    return node.Node::errorWithin(scope);
+}
+
 }  // namespace cellformula
 
 // A number literal.

@@ -27,24 +27,4 @@ void EvaluationScope::remember(const void* key, double value) {
     (*overflow_)[key] = value;
 }
 
-double evaluateNumber(const ASTNode& node) {
-    EvaluationScope scope;
-    return numberOf(node, scope);
-}
-
-std::string evaluateText(const ASTNode& node) {
-    EvaluationScope scope;
-    return textOf(node, scope);
-}
-
-std::uint32_t evaluateType(const ASTNode& node) {
-    EvaluationScope scope;
-    return typeOf(node, scope);
-}
-
-std::uint32_t evaluateError(const ASTNode& node) {
-    EvaluationScope scope;
-    return errorOf(node, scope);
-}
-
 }  // namespace cellformula

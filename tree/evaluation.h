@@ -44,11 +44,17 @@ inline std::string textOf(const ASTNode& node, EvaluationScope& scope);
 inline std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope);
 inline std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope);
 
-// Entry points for the public operations: each opens a scope of its own.
-double evaluateNumber(const ASTNode& node);
-std::string evaluateText(const ASTNode& node);
-std::uint32_t evaluateType(const ASTNode& node);
-std::uint32_t evaluateError(const ASTNode& node);
+// Entry points for the public operations of a node of class Node: each opens
+// a scope of its own and runs the class's own answer directly, without a
+// second dispatch on the node. Defined beside ASTNode.
+template <typename Node>
+double evaluateNumber(const Node& node);
+template <typename Node>
+std::string evaluateText(const Node& node);
+template <typename Node>
+std::uint32_t evaluateType(const Node& node);
+template <typename Node>
+std::uint32_t evaluateError(const Node& node);
 
 }  // namespace cellformula
 
