@@ -65,7 +65,7 @@ BENCHMARK(parseComparableAll)->Name("Parse/ComparableAll");
 BENCHMARK(parseComparable)->Name("Parse/Comparable")->DenseRange(0, static_cast<int>(comparableFormulas().size()) - 1);
 BENCHMARK(parseLongSum)
     ->Name("Parse/LongSum")
-    ->Apply([](benchmark::internal::Benchmark* bench) { decadeSeries(bench, 100, 1000000); })
+    ->Apply([](benchmark::internal::Benchmark* bench) { decadeSeries(bench, 100, 10000000); })
     ->Complexity();
 BENCHMARK(parseNesting)
     ->Name("Parse/Nesting")
