@@ -52,6 +52,9 @@ const Case kOperators[] = {
     {"=1000000=\"1e+06\"", 1.0, nullptr, ExprNumber, ErrNone}, {"=(1/0)>1", 1.0, nullptr, ExprNumber, ErrDomain},
     {"=\"a\"=1/0", 0.0, nullptr, ExprNumber, ErrDomain}, {"=A1>0", 1.0, nullptr, ExprNumber, ErrNone},
     {"=A1<=\"abc\"", 1.0, nullptr, ExprNumber, ErrNone},
+    // Squares take a short cut that must agree with pow.
+    {"=(-3)^2", 9.0, "9", ExprNumber, ErrNone}, {"=1.1^2", std::pow(1.1, 2.0), nullptr, ExprNumber, ErrNone},
+    {"=C1^2", NAN, nullptr, ExprNumber, ErrNone}, {"=(1/0)^2", INFINITY, nullptr, ExprNumber, ErrDomain},
 };
 
 TEST(Operators, ArithmeticAndComparisons) {
@@ -114,6 +117,42 @@ const NodeCase kBaseRules[] = {
      [] () -> ASTNode* { return new CNLess(new Probe(ExprNumber, ErrDomain), new Probe(ExprNoType, ErrNone)); },
      ErrWrongType},
 };
+
+// A host node that notes each question it is asked, so that the order in
+// which the rules ask a host's own nodes stays as written.
+class Recorder : public ASTNode {
+public:
+    Recorder(const char* name, std::string& log) : name_(name), log_(log) {}
+    double f64Evaluate() const override {
+        note("value");
+        return 1.0;
+    }
+    void vPrintNode(std::stringstream&, unsigned int) const override {}
+    std::uint32_t exprType() override {
+        note("type");
+        return ExprNumber;
+    }
+    std::uint32_t errType() override {
+        note("error");
+        return ErrNone;
+    }
+
+private:
+    void note(const char* question) const { log_ += std::string(name_) + "." + question + " "; }
+    const char* name_;
+    std::string& log_;
+};
+
+TEST(Operators, HostNodesAreAskedInTheRulesOrder) {
+    std::string log;
+    std::unique_ptr<ASTNode> difference(new CNSubtract(new Recorder("a", log), new Recorder("b", log)));
+    difference->errType();
+    EXPECT_EQ(log, "a.type b.type a.error b.error ");
+    log.clear();
+    std::unique_ptr<ASTNode> comparison(new CNLess(new Recorder("a", log), new Recorder("b", log)));
+    comparison->f64Evaluate();
+    EXPECT_EQ(log, "a.type b.type a.value b.value ");
+}
 
 TEST(Operators, SharedErrorRules) {
     for (const NodeCase& c : kBaseRules) {
