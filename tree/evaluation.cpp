@@ -1,7 +1,5 @@
 #include "evaluation.h"
 
-#include "astnode.h"
-
 namespace cellformula {
 
 bool EvaluationScope::recall(const void* key, double& value) const {
