@@ -254,10 +254,11 @@ std::uint32_t CNManyChildrenNode::errorWithin(EvaluationScope& scope) const {
 }
 
 void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {
-    // Pushed in reverse so that the work list deletes left, right, then the
-    // list elements in order.
-    for (auto child = oChildren.rbegin(); child != oChildren.rend(); ++child) pending.push_back(*child);
+    // The right operand comes off the work list first: in the usual long
+    // formula, a sum nested to the left, it is a leaf, so the list stays
+    // short instead of holding every right operand until the end.
+    pending.insert(pending.end(), oChildren.begin(), oChildren.end());
     oChildren.clear();
-    pending.push_back(std::exchange(poRight, nullptr));
     pending.push_back(std::exchange(poLeft, nullptr));
+    pending.push_back(std::exchange(poRight, nullptr));
 }
