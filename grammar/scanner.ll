@@ -44,6 +44,7 @@ long digitsValue(const char* digits, std::size_t count) {
 %option noyywrap nounput noinput
 %option debug
 %option batch
+%option full 8bit
 
 %%
 
