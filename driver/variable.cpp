@@ -1,7 +1,5 @@
 #include "variable.h"
 
-using cellformula::EvaluationScope;
-
 CNVariable::CNVariable(const VariableRecord& record) : oRecord(record) {}
 
 double CNVariable::f64Evaluate() const {
@@ -22,24 +20,12 @@ std::uint32_t CNVariable::errType() {
     return oRecord.poText != nullptr ? ErrNone : ErrNoValue;
 }
 
-// Inside a call the record is read directly, without a second dispatch.
-double CNVariable::numberWithin(EvaluationScope&) const {
-    return CNVariable::f64Evaluate();
-}
-
-std::string CNVariable::textWithin(EvaluationScope&) const {
-    return CNVariable::stringEvaluate();
-}
-
-std::uint32_t CNVariable::typeWithin(EvaluationScope&) const {
-    return oRecord.u32Type;
-}
-
-std::uint32_t CNVariable::errorWithin(EvaluationScope&) const {
-    return const_cast<CNVariable&>(*this).CNVariable::errType();  // only reads the record
-}
-
 void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNVariable::writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue&,
+                                  bool) const {
     writeIndent(stream, depth);
     if (oRecord.u32Type == ExprNumber) {
         stream << f64Evaluate();
@@ -47,4 +33,5 @@ void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const
         stream << stringEvaluate();
     }
     stream << std::endl;
+    return true;
 }

@@ -14,10 +14,8 @@ public:
     std::uint32_t exprType() override;
     std::uint32_t errType() override;
     std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     VariableRecord oRecord;
 };

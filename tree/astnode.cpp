@@ -2,9 +2,10 @@
 
 #include <utility>
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
+using cellformula::OutlineQueue;
 using cellformula::errorOf;
-using cellformula::numberOf;
+using cellformula::isLibraryNode;
 using cellformula::typeOf;
 
 // ---------------------------------------------------------------- ASTNode
@@ -24,23 +25,27 @@ std::string ASTNode::stringEvaluate() const {
 }
 
 // A node defined outside the library only has its public operations.
-double ASTNode::numberWithin(EvaluationScope&) const {
+double ASTNode::numberWithin(Evaluation&) const {
     return f64Evaluate();
 }
 
-std::string ASTNode::textWithin(EvaluationScope&) const {
-    return stringEvaluate();
+void ASTNode::appendTextWithin(Evaluation&, std::string& text) const {
+    text += stringEvaluate();
 }
 
-std::uint32_t ASTNode::typeWithin(EvaluationScope&) const {
+std::uint32_t ASTNode::typeWithin(Evaluation&) const {
     return const_cast<ASTNode&>(*this).exprType();
 }
 
-std::uint32_t ASTNode::errorWithin(EvaluationScope&) const {
+std::uint32_t ASTNode::errorWithin(Evaluation&) const {
     return const_cast<ASTNode&>(*this).errType();
 }
 
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
+
+bool ASTNode::writeOutlineLine(std::stringstream&, unsigned int, OutlineQueue&, bool) const {
+    return false;
+}
 
 void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
     // Room for a typical formula's whole tree up front, rather than growing
@@ -56,9 +61,47 @@ void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
     }
 }
 
+void ASTNode::printOutline(std::stringstream& stream, unsigned int depth) const {
+    OutlineQueue queue;
+    if (!writeOutlineLine(stream, depth, queue, true)) return;
+    while (!queue.empty()) {
+        const auto [node, nodeDepth] = queue.back();
+        queue.pop_back();
+        if (!node->writeOutlineLine(stream, nodeDepth, queue, false)) node->vPrintNode(stream, nodeDepth);
+    }
+}
+
 void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
     for (unsigned int i = 0; i < depth; ++i) stream << "  ";
 }
+
+namespace cellformula {
+
+double numberOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    return node.numberWithin(evaluation);
+}
+
+std::string textOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    std::string text;
+    node.appendTextWithin(evaluation, text);
+    return text;
+}
+
+std::uint32_t typeOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    return node.typeWithin(evaluation);
+}
+
+// Error rules ask again for values their operands' rules computed, so this
+// call keeps every value and text it computes.
+std::uint32_t errorOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::Everything);
+    return node.errorWithin(evaluation);
+}
+
+}  // namespace cellformula
 
 // ---------------------------------------------------------------- leaves
 
@@ -69,24 +112,13 @@ double CNConstant::f64Evaluate() const {
 }
 
 void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
     writeIndent(stream, depth);
     stream << f64Value << std::endl;
-}
-
-double CNConstant::numberWithin(EvaluationScope&) const {
-    return f64Value;
-}
-
-std::string CNConstant::textWithin(EvaluationScope&) const {
-    return QuandelUtils::sstringify(f64Value);
-}
-
-std::uint32_t CNConstant::typeWithin(EvaluationScope&) const {
-    return ExprNumber;
-}
-
-std::uint32_t CNConstant::errorWithin(EvaluationScope&) const {
-    return ErrNone;
+    return true;
 }
 
 CNStringConstant::CNStringConstant(const std::string& text) : oValue(text) {}
@@ -96,8 +128,13 @@ double CNStringConstant::f64Evaluate() const {
 }
 
 void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
     writeIndent(stream, depth);
     stream << oValue << std::endl;
+    return true;
 }
 
 std::uint32_t CNStringConstant::exprType() {
@@ -108,20 +145,9 @@ std::string CNStringConstant::stringEvaluate() const {
     return oValue;
 }
 
-double CNStringConstant::numberWithin(EvaluationScope&) const {
-    return 0.0;
-}
-
-std::string CNStringConstant::textWithin(EvaluationScope&) const {
-    return oValue;
-}
-
-std::uint32_t CNStringConstant::typeWithin(EvaluationScope&) const {
-    return ExprString;
-}
-
-std::uint32_t CNStringConstant::errorWithin(EvaluationScope&) const {
-    return ErrNone;
+// Appended in place: sums of texts concatenate without copying each literal twice.
+void CNStringConstant::appendTextWithin(Evaluation&, std::string& text) const {
+    text += oValue;
 }
 
 namespace {
@@ -133,27 +159,20 @@ double CNPi::f64Evaluate() const {
 }
 
 void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNPi::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
     writeIndent(stream, depth);
     stream << kPi << std::endl;
-}
-
-double CNPi::numberWithin(EvaluationScope&) const {
-    return kPi;
-}
-
-std::string CNPi::textWithin(EvaluationScope&) const {
-    return QuandelUtils::sstringify(kPi);
-}
-
-std::uint32_t CNPi::typeWithin(EvaluationScope&) const {
-    return ExprNumber;
-}
-
-std::uint32_t CNPi::errorWithin(EvaluationScope&) const {
-    return ErrNone;
+    return true;
 }
 
 // ---------------------------------------------------------------- one operand
+
+// The base's rules apply to the library's own classes and to the node whose
+// own public operation asked; any other subclass is a host's and is asked
+// through its public operations.
 
 CNSingleChildNode::CNSingleChildNode(ASTNode* child, const std::string& name)
     : poChild(child), oName(name) {}
@@ -163,30 +182,51 @@ CNSingleChildNode::~CNSingleChildNode() {
 }
 
 void CNSingleChildNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNSingleChildNode::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue& queue,
+                                         bool entry) const {
+    if (!entry && !isLibraryNode(*this)) return false;
     writeIndent(stream, depth);
     stream << oName << std::endl;
-    poChild->vPrintNode(stream, depth + 1);
+    queue.emplace_back(poChild, depth + 1);
+    return true;
+}
+
+std::uint32_t CNSingleChildNode::exprType() {
+    return cellformula::typeOfEntry(*this);
 }
 
 std::uint32_t CNSingleChildNode::errType() {
-    return cellformula::evaluateError(*this);
+    return cellformula::errorOfEntry(*this);
 }
 
-std::uint32_t CNSingleChildNode::operandError(EvaluationScope& scope) const {
-    if (typeOf(*poChild, scope) != ExprNumber) return ErrWrongType;
-    return errorOf(*poChild, scope);
+std::string CNSingleChildNode::stringEvaluate() const {
+    return cellformula::textOfEntry(*this);
 }
 
-std::string CNSingleChildNode::textWithin(EvaluationScope& scope) const {
-    return QuandelUtils::sstringify(numberWithin(scope));
+std::uint32_t CNSingleChildNode::operandError(Evaluation& evaluation) const {
+    if (typeOf(*poChild, evaluation) != ExprNumber) return ErrWrongType;
+    return errorOf(*poChild, evaluation);
 }
 
-std::uint32_t CNSingleChildNode::typeWithin(EvaluationScope&) const {
+void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) {
+        text += stringEvaluate();
+        return;
+    }
+    text += QuandelUtils::sstringify(numberWithin(evaluation));
+}
+
+std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
+    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNSingleChildNode&>(*this).exprType();
     return ExprNumber;
 }
 
-std::uint32_t CNSingleChildNode::errorWithin(EvaluationScope& scope) const {
-    return operandError(scope);
+std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
+    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNSingleChildNode&>(*this).errType();
+    return operandError(evaluation);
 }
 
 void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
@@ -210,47 +250,69 @@ CNManyChildrenNode::~CNManyChildrenNode() {
 }
 
 void CNManyChildrenNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNManyChildrenNode::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue& queue,
+                                          bool entry) const {
+    if (!entry && !isLibraryNode(*this)) return false;
     writeIndent(stream, depth);
     stream << oName << std::endl;
+    // Queued last to first, so that the first operand prints first.
     if (isPairForm()) {
-        poLeft->vPrintNode(stream, depth + 1);
-        poRight->vPrintNode(stream, depth + 1);
-        return;
+        queue.emplace_back(poRight, depth + 1);
+        queue.emplace_back(poLeft, depth + 1);
+        return true;
     }
-    for (const ASTNode* child : oChildren) child->vPrintNode(stream, depth + 1);
+    for (auto child = oChildren.rbegin(); child != oChildren.rend(); ++child) queue.emplace_back(*child, depth + 1);
+    return true;
+}
+
+std::uint32_t CNManyChildrenNode::exprType() {
+    return cellformula::typeOfEntry(*this);
 }
 
 std::uint32_t CNManyChildrenNode::errType() {
-    return cellformula::evaluateError(*this);
+    return cellformula::errorOfEntry(*this);
 }
 
-std::uint32_t CNManyChildrenNode::operandsError(EvaluationScope& scope) const {
+std::string CNManyChildrenNode::stringEvaluate() const {
+    return cellformula::textOfEntry(*this);
+}
+
+std::uint32_t CNManyChildrenNode::operandsError(Evaluation& evaluation) const {
     if (isPairForm()) {
         if (poLeft == nullptr || poRight == nullptr) return ErrInvalidArg;
-        if (typeOf(*poLeft, scope) != ExprNumber) return ErrWrongType;
-        if (typeOf(*poRight, scope) != ExprNumber) return ErrWrongType;
-        const std::uint32_t leftError = errorOf(*poLeft, scope);
+        if (typeOf(*poLeft, evaluation) != ExprNumber) return ErrWrongType;
+        if (typeOf(*poRight, evaluation) != ExprNumber) return ErrWrongType;
+        const std::uint32_t leftError = errorOf(*poLeft, evaluation);
         if (leftError != ErrNone) return leftError;
-        return errorOf(*poRight, scope);
+        return errorOf(*poRight, evaluation);
     }
     for (const ASTNode* child : oChildren) {
-        const std::uint32_t error = errorOf(*child, scope);
+        const std::uint32_t error = errorOf(*child, evaluation);
         if (error != ErrNone) return error;
-        if (typeOf(*child, scope) != ExprNumber) return ErrWrongType;
+        if (typeOf(*child, evaluation) != ExprNumber) return ErrWrongType;
     }
     return ErrNone;
 }
 
-std::string CNManyChildrenNode::textWithin(EvaluationScope& scope) const {
-    return QuandelUtils::sstringify(numberWithin(scope));
+void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) {
+        text += stringEvaluate();
+        return;
+    }
+    text += QuandelUtils::sstringify(numberWithin(evaluation));
 }
 
-std::uint32_t CNManyChildrenNode::typeWithin(EvaluationScope&) const {
+std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
+    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNManyChildrenNode&>(*this).exprType();
     return ExprNumber;
 }
 
-std::uint32_t CNManyChildrenNode::errorWithin(EvaluationScope& scope) const {
-    return operandsError(scope);
+std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
+    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNManyChildrenNode&>(*this).errType();
+    return operandsError(evaluation);
 }
 
 void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {
