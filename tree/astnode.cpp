@@ -72,7 +72,16 @@ void ASTNode::printOutline(std::stringstream& stream, unsigned int depth) const 
 }
 
 void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
-    for (unsigned int i = 0; i < depth; ++i) stream << "  ";
+    // Written in runs rather than two blanks at a time: deep outlines are
+    // mostly indentation.
+    static constexpr char kBlanks[] = "                                                                ";
+    constexpr std::size_t kRun = sizeof kBlanks - 1;
+    std::size_t remaining = 2 * static_cast<std::size_t>(depth);
+    while (remaining > 0) {
+        const std::size_t run = remaining < kRun ? remaining : kRun;
+        stream.write(kBlanks, static_cast<std::streamsize>(run));
+        remaining -= run;
+    }
 }
 
 namespace cellformula {
