@@ -5,6 +5,7 @@
 using cellformula::Evaluation;
 using cellformula::OutlineQueue;
 using cellformula::errorOf;
+using cellformula::answersByRules;
 using cellformula::isLibraryNode;
 using cellformula::typeOf;
 
@@ -13,31 +14,39 @@ using cellformula::typeOf;
 ASTNode::~ASTNode() = default;
 
 std::uint32_t ASTNode::exprType() {
-    return ExprNumber;
+    return cellformula::typeOfEntry(*this);
 }
 
 std::uint32_t ASTNode::errType() {
-    return ErrNone;
+    return cellformula::errorOfEntry(*this);
 }
 
 std::string ASTNode::stringEvaluate() const {
-    return QuandelUtils::sstringify(f64Evaluate());
+    return cellformula::textOfEntry(*this);
 }
 
-// A node defined outside the library only has its public operations.
+// A node asked by its own public operation answers by the defaults (a number,
+// no error, its value as text); asked as an operand, it answers through its
+// public operations, which a host's class may override.
 double ASTNode::numberWithin(Evaluation&) const {
     return f64Evaluate();
 }
 
-void ASTNode::appendTextWithin(Evaluation&, std::string& text) const {
+void ASTNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (evaluation.isEntry(this)) {
+        text += QuandelUtils::sstringify(f64Evaluate());
+        return;
+    }
     text += stringEvaluate();
 }
 
-std::uint32_t ASTNode::typeWithin(Evaluation&) const {
+std::uint32_t ASTNode::typeWithin(Evaluation& evaluation) const {
+    if (evaluation.isEntry(this)) return ExprNumber;
     return const_cast<ASTNode&>(*this).exprType();
 }
 
-std::uint32_t ASTNode::errorWithin(Evaluation&) const {
+std::uint32_t ASTNode::errorWithin(Evaluation& evaluation) const {
+    if (evaluation.isEntry(this)) return ErrNone;
     return const_cast<ASTNode&>(*this).errType();
 }
 
@@ -117,7 +126,19 @@ std::uint32_t errorOfEntry(const ASTNode& node) {
 CNConstant::CNConstant(double value) : f64Value(value) {}
 
 double CNConstant::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNConstant::numberWithin(Evaluation&) const {
     return f64Value;
+}
+
+std::uint32_t CNConstant::typeWithin(Evaluation&) const {
+    return ExprNumber;
+}
+
+std::uint32_t CNConstant::errorWithin(Evaluation&) const {
+    return ErrNone;
 }
 
 void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
@@ -133,7 +154,19 @@ bool CNConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth,
 CNStringConstant::CNStringConstant(const std::string& text) : oValue(text) {}
 
 double CNStringConstant::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNStringConstant::numberWithin(Evaluation&) const {
     return 0.0;
+}
+
+std::uint32_t CNStringConstant::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+std::uint32_t CNStringConstant::errorWithin(Evaluation&) const {
+    return ErrNone;
 }
 
 void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
@@ -146,15 +179,6 @@ bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int 
     return true;
 }
 
-std::uint32_t CNStringConstant::exprType() {
-    return ExprString;
-}
-
-std::string CNStringConstant::stringEvaluate() const {
-    return oValue;
-}
-
-// Appended in place: sums of texts concatenate without copying each literal twice.
 void CNStringConstant::appendTextWithin(Evaluation&, std::string& text) const {
     text += oValue;
 }
@@ -164,7 +188,19 @@ constexpr double kPi = 3.141592653589793;
 }
 
 double CNPi::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNPi::numberWithin(Evaluation&) const {
     return kPi;
+}
+
+std::uint32_t CNPi::typeWithin(Evaluation&) const {
+    return ExprNumber;
+}
+
+std::uint32_t CNPi::errorWithin(Evaluation&) const {
+    return ErrNone;
 }
 
 void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
@@ -203,17 +239,8 @@ bool CNSingleChildNode::writeOutlineLine(std::stringstream& stream, unsigned int
     return true;
 }
 
-std::uint32_t CNSingleChildNode::exprType() {
-    return cellformula::typeOfEntry(*this);
-}
 
-std::uint32_t CNSingleChildNode::errType() {
-    return cellformula::errorOfEntry(*this);
-}
 
-std::string CNSingleChildNode::stringEvaluate() const {
-    return cellformula::textOfEntry(*this);
-}
 
 std::uint32_t CNSingleChildNode::operandError(Evaluation& evaluation) const {
     if (typeOf(*poChild, evaluation) != ExprNumber) return ErrWrongType;
@@ -221,7 +248,7 @@ std::uint32_t CNSingleChildNode::operandError(Evaluation& evaluation) const {
 }
 
 void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) {
+    if (!answersByRules(*this, evaluation)) {
         text += stringEvaluate();
         return;
     }
@@ -229,12 +256,12 @@ void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& te
 }
 
 std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
-    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNSingleChildNode&>(*this).exprType();
+    if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).exprType();
     return ExprNumber;
 }
 
 std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
-    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNSingleChildNode&>(*this).errType();
+    if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).errType();
     return operandError(evaluation);
 }
 
@@ -277,17 +304,8 @@ bool CNManyChildrenNode::writeOutlineLine(std::stringstream& stream, unsigned in
     return true;
 }
 
-std::uint32_t CNManyChildrenNode::exprType() {
-    return cellformula::typeOfEntry(*this);
-}
 
-std::uint32_t CNManyChildrenNode::errType() {
-    return cellformula::errorOfEntry(*this);
-}
 
-std::string CNManyChildrenNode::stringEvaluate() const {
-    return cellformula::textOfEntry(*this);
-}
 
 std::uint32_t CNManyChildrenNode::operandsError(Evaluation& evaluation) const {
     if (isPairForm()) {
@@ -307,7 +325,7 @@ std::uint32_t CNManyChildrenNode::operandsError(Evaluation& evaluation) const {
 }
 
 void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) {
+    if (!answersByRules(*this, evaluation)) {
         text += stringEvaluate();
         return;
     }
@@ -315,12 +333,12 @@ void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& t
 }
 
 std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
-    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNManyChildrenNode&>(*this).exprType();
+    if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).exprType();
     return ExprNumber;
 }
 
 std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
-    if (!isLibraryNode(*this) && !evaluation.isEntry(this)) return const_cast<CNManyChildrenNode&>(*this).errType();
+    if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
     return operandsError(evaluation);
 }
 

@@ -57,8 +57,10 @@ public:
     virtual std::uint32_t errType();
     virtual std::string stringEvaluate() const;
 
-    // The four questions again, within one public call. The defaults ask the
-    // public operations, so a host's own nodes answer for themselves.
+    // The four questions again, within one public call: the library's nodes
+    // state their rules here, and their public operations open a call and ask
+    // them. The defaults ask the public operations, so a host's own nodes
+    // answer for themselves.
     virtual double numberWithin(cellformula::Evaluation& evaluation) const;
     virtual void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const;
     virtual std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const;
@@ -88,6 +90,12 @@ namespace cellformula {
 // library may apply directly; a host's class is asked through its public
 // operations.
 bool isLibraryNode(const ASTNode& node);
+
+// True when a base may apply its own rules to the node: the node's own public
+// operation asked, or the node is the library's.
+inline bool answersByRules(const ASTNode& node, const Evaluation& evaluation) {
+    return evaluation.isEntry(&node) || isLibraryNode(node);
+}
 
 // An operand's answers within one call, each on enough stack.
 inline double numberOf(const ASTNode& node, Evaluation& evaluation) {
@@ -151,6 +159,9 @@ public:
     explicit CNConstant(double value);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 
@@ -163,9 +174,10 @@ public:
     explicit CNStringConstant(const std::string& text);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::string stringEvaluate() const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
     void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 
@@ -178,6 +190,9 @@ public:
     CNPi() = default;
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 };
@@ -191,9 +206,6 @@ public:
     explicit CNSingleChildNode(ASTNode* child, const std::string& name = std::string());
     ~CNSingleChildNode() override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
     void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
@@ -219,9 +231,6 @@ public:
                                 const std::string& name = std::string());
     ~CNManyChildrenNode() override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
     void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;

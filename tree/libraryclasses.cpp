@@ -11,17 +11,18 @@ namespace cellformula {
 
 namespace {
 
-// The library's own subclasses of the two operand bases, the most common first.
+// The library's own subclasses of the two operand bases, those that use the
+// bases' rules most often first.
 // Each has its key function in this library, so its type_info is one object.
 const std::type_info* const kLibraryClasses[] = {
-    &typeid(CNAdd),       &typeid(CNMultiply),  &typeid(CNSubtract),   &typeid(CNDivide),    &typeid(CNNegate),
-    &typeid(CNPower),     &typeid(CNGreater),   &typeid(CNLess),       &typeid(CNEqual),     &typeid(CNGreatEqual),
-    &typeid(CNLessEqual), &typeid(CNMin),       &typeid(CNMax),        &typeid(CNAnd),       &typeid(CNOr),
-    &typeid(CNNot),       &typeid(CNSqrt),      &typeid(CNSin),        &typeid(CNCos),       &typeid(CNTan),
-    &typeid(CNAsin),      &typeid(CNAcos),      &typeid(CNAtan),       &typeid(CNAtan2),     &typeid(CNLn),
-    &typeid(CNLog),       &typeid(CNModulo),    &typeid(CNIsError),    &typeid(CNText),      &typeid(CNLeft),
-    &typeid(CNRight),     &typeid(CNDec2Bin),   &typeid(CNBin2Dec),    &typeid(CNDec2Hex),   &typeid(CNHex2Dec),
-    &typeid(CNBin2Hex),   &typeid(CNHex2Bin),
+    &typeid(CNMultiply), &typeid(CNSubtract), &typeid(CNDivide),  &typeid(CNNegate),     &typeid(CNPower),
+    &typeid(CNGreater),  &typeid(CNLess),     &typeid(CNEqual),   &typeid(CNGreatEqual), &typeid(CNLessEqual),
+    &typeid(CNMin),      &typeid(CNMax),      &typeid(CNAnd),     &typeid(CNOr),         &typeid(CNNot),
+    &typeid(CNSqrt),     &typeid(CNSin),      &typeid(CNCos),     &typeid(CNTan),        &typeid(CNAsin),
+    &typeid(CNAcos),     &typeid(CNAtan),     &typeid(CNAtan2),   &typeid(CNLn),         &typeid(CNLog),
+    &typeid(CNModulo),   &typeid(CNIsError),  &typeid(CNBin2Dec), &typeid(CNHex2Dec),    &typeid(CNAdd),
+    &typeid(CNText),     &typeid(CNLeft),     &typeid(CNRight),   &typeid(CNDec2Bin),    &typeid(CNDec2Hex),
+    &typeid(CNBin2Hex),  &typeid(CNHex2Bin),
 };
 
 }  // namespace

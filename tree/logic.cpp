@@ -148,18 +148,6 @@ double CNIf::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNIf::exprType() {
-    return cellformula::typeOfEntry(*this);
-}
-
-std::uint32_t CNIf::errType() {
-    return cellformula::errorOfEntry(*this);
-}
-
-std::string CNIf::stringEvaluate() const {
-    return cellformula::textOfEntry(*this);
-}
-
 const ASTNode* CNIf::chosenBranch(Evaluation& evaluation, bool& conditionTrue) const {
     // Every operation of one call makes the same choice; the condition is
     // evaluated once per call, however often the nodes above ask.

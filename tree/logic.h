@@ -63,9 +63,6 @@ public:
     ~CNIf() override;
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
