@@ -18,6 +18,7 @@ struct ParsingContext {
     Scanner scanner;
     Parser parser;
     std::uint64_t maxRangeCells = ParserDriver::kDefaultMaxRangeCells;
+    std::ostream* errorStream = &std::cerr;
 };
 
 ParserDriver::ParserDriver()
@@ -86,13 +87,17 @@ VariableRecord ParserDriver::getVariableFrom(const std::string& name) const {
 
 void ParserDriver::error(const std::string& message) {
     oErrorText_ = message;
-    std::cerr << oErrorText_ << std::endl;
+    if (poContext_->errorStream != nullptr) *poContext_->errorStream << oErrorText_ << std::endl;
 }
 
 void ParserDriver::error(const location& where, const std::string& message) {
     std::ostringstream text;
     text << where << ": " << message;
     error(text.str());
+}
+
+void ParserDriver::vSetErrorStream(std::ostream* stream) {
+    poContext_->errorStream = stream;
 }
 
 void ParserDriver::vSetMaxRangeCells(std::uint64_t cells) {

@@ -2,6 +2,7 @@
 #define CELLFORMULA_PARSERDRIVER_H
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -40,8 +41,14 @@ public:
     std::string& oGetErrorMsg();
     VariableRecord getVariableFrom(const std::string& name) const;
 
+    // Records the message as the error text and writes it as one line to the
+    // error stream.
     void error(const std::string& message);
     void error(const location& where, const std::string& message);
+
+    // Where error() writes its lines: std::cerr by default, the host's own
+    // stream, or nowhere when null. The error text is kept in every case.
+    void vSetErrorStream(std::ostream* stream);
 
     // One variable node per cell of the rectangle between two corners, row by
     // row. An invalid corner, or a rectangle of more cells than the limit,

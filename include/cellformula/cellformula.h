@@ -1,7 +1,8 @@
 #ifndef CELLFORMULA_H
 #define CELLFORMULA_H
 
-// Everything a host needs: the driver, the host interface and every node class.
+// Everything a host needs: the driver, the host interface, every node class
+// and the library's version.
 #include "arithmetic.h"
 #include "astnode.h"
 #include "calculationcollection.h"
@@ -15,5 +16,6 @@
 #include "spreadsheethelper.h"
 #include "textfunctions.h"
 #include "variable.h"
+#include "version.h"
 
 #endif

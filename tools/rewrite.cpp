@@ -1,11 +1,10 @@
-#include "rewritecommand.h"
-
+// The rewrite subcommand: moves the cell references of formula texts.
 #include <functional>
+#include <ostream>
 
-#include "errors.h"
-#include "formulainput.h"
-#include "numberarguments.h"
-#include "parserdriver.h"
+#include <cellformula/parserdriver.h>
+
+#include "cli.h"
 
 namespace cellformula::cli {
 
@@ -14,8 +13,7 @@ namespace {
 using Driver = ExpressionParser::ParserDriver;
 using Rewriter = std::function<std::string(const std::string&)>;
 
-const std::string& argumentAt(const std::vector<std::string>& args, std::size_t index,
-                              const std::string& what) {
+const std::string& argumentAt(const std::vector<std::string>& args, std::size_t index, const std::string& what) {
     if (index >= args.size()) throw UsageError("rewrite " + args[0] + " needs " + what);
     return args[index];
 }
@@ -39,9 +37,7 @@ Rewriter chooseRewriter(const std::vector<std::string>& args, std::size_t& consu
         const int rows = readIntArgument(argumentAt(args, 1, "ROWS and COLS"), "ROWS");
         const int columns = readIntArgument(argumentAt(args, 2, "COLS"), "COLS");
         consumed = 3;
-        return [rows, columns](const std::string& f) {
-            return Driver::oOffsetCellsNames(f, rows, columns);
-        };
+        return [rows, columns](const std::string& f) { return Driver::oOffsetCellsNames(f, rows, columns); };
     }
     if (operation == "insert-row") {
         const int row = readRowNumber(args);
@@ -53,30 +49,25 @@ Rewriter chooseRewriter(const std::vector<std::string>& args, std::size_t& consu
     }
     if (operation == "insert-column") {
         const int column = readColumn(args);
-        return [column](const std::string& f) {
-            return Driver::oChangeCellNamesAfterColumnInsertion(f, column);
-        };
+        return [column](const std::string& f) { return Driver::oChangeCellNamesAfterColumnInsertion(f, column); };
     }
     if (operation == "delete-column") {
         const int column = readColumn(args);
-        return [column](const std::string& f) {
-            return Driver::oChangeCellNamesAfterColumnDeletion(f, column);
-        };
+        return [column](const std::string& f) { return Driver::oChangeCellNamesAfterColumnDeletion(f, column); };
     }
     throw UsageError("unknown rewrite operation \"" + operation + "\"");
 }
 
 }  // namespace
 
-int runRewrite(const std::vector<std::string>& args, std::istream& in, std::ostream& out) {
+int runRewrite(const std::vector<std::string>& args, Streams io) {
     if (args.empty()) throw UsageError("rewrite needs an operation");
     std::size_t consumed = 0;
     const Rewriter rewrite = chooseRewriter(args, consumed);
-    const std::vector<std::string> formulas(args.begin() + static_cast<std::ptrdiff_t>(consumed),
-                                            args.end());
-    forEachFormula(formulas, in, [&](const std::string& formula) {
-        out << rewrite(formula) << '\n';
-        out.flush();
+    const std::vector<std::string> formulas(args.begin() + static_cast<std::ptrdiff_t>(consumed), args.end());
+    forEachInput(formulas, io.in, [&](const std::string& formula, const std::string&) {
+        io.out << rewrite(formula) << '\n';
+        io.out.flush();
     });
     return 0;
 }
