@@ -91,6 +91,7 @@ void ParserDriver::error(const std::string& message) {
 
 void ParserDriver::error(const location& where, const std::string& message) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());  // column 1234 must not print as "1.234"
     text << where << ": " << message;
     error(text.str());
 }
