@@ -65,9 +65,9 @@ double decimalValue(const char* text, std::size_t length) {
 %option batch
 %option full 8bit
 
-/* The rest of a quoted text, or of an INPUT call's name, once a byte 0 has
-   been met in it: the engine restarts a match at every byte 0, so such a
-   token is read in pieces of which none holds a byte 0 after its first byte. */
+/* The rest of a quoted text, or of an INPUT call's name, after a byte 0: the
+   engine matches a token again from its start at every byte 0 in it, so such
+   a token is read in pieces that hold a byte 0 only at their end or alone. */
 %x TEXTBODY INPUTBODY
 
 %%
@@ -162,6 +162,7 @@ double decimalValue(const char* text, std::size_t length) {
                         return '"';
                     }
 <INPUTBODY><<EOF>>  {
+                        // Never closed: the word is a name, and "(" and the quote are scanned again.
                         BEGIN(INITIAL);
                         replay(5);
                         return returnWord(yylval, yylloc);
