@@ -2,10 +2,145 @@
 
 #include <cmath>
 
+#include "operands.h"
+
 using cellformula::Evaluation;
-using cellformula::errorOf;
-using cellformula::numberOf;
-using cellformula::typeOf;
+using cellformula::StackOperands;
+using cellformula::StackRules;
+using cellformula::operandsOf;
+
+namespace {
+
+// Each rule is written once, over either kind of operands (see operands.h).
+
+template <typename Operands>
+double negated(Operands& operands) {
+    return -operands.number(0);
+}
+
+// A pair adds its two values; a range adds from 0.0 in list order.
+template <typename Operands>
+double sum(Operands& operands) {
+    if (!operands.isList()) {
+        const double left = operands.number(0);
+        return left + operands.number(1);
+    }
+    double total = 0.0;
+    for (std::size_t i = 0; i < operands.count(); ++i) total += operands.number(i);
+    return total;
+}
+
+// Like the shared operand rule, but a text operand is welcome: only an
+// operand without a type is wrong, and a sum always has its operands.
+template <typename Operands>
+std::uint32_t sumError(Operands& operands) {
+    if (!operands.isList()) {
+        if (operands.type(0) == ExprNoType) return ErrWrongType;
+        if (operands.type(1) == ExprNoType) return ErrWrongType;
+        const std::uint32_t leftError = operands.error(0);
+        if (leftError != ErrNone) return leftError;
+        return operands.error(1);
+    }
+    for (std::size_t i = 0; i < operands.count(); ++i) {
+        const std::uint32_t error = operands.error(i);
+        if (error != ErrNone) return error;
+        if (operands.type(i) == ExprNoType) return ErrWrongType;
+    }
+    return ErrNone;
+}
+
+// Text if any operand is text, no type if any has none; a pair asks both
+// operands, a range stops at the first without a type.
+template <typename Operands>
+std::uint32_t sumType(Operands& operands) {
+    if (!operands.isList()) {
+        const std::uint32_t left = operands.type(0);
+        const std::uint32_t right = operands.type(1);
+        if (left == ExprNumber && right == ExprNumber) return ExprNumber;
+        return (left == ExprNoType || right == ExprNoType) ? ExprNoType : ExprString;
+    }
+    std::uint32_t type = ExprNumber;
+    for (std::size_t i = 0; i < operands.count(); ++i) {
+        const std::uint32_t operandType = operands.type(i);
+        if (operandType == ExprNoType) return ExprNoType;
+        if (operandType == ExprString) type = ExprString;
+    }
+    return type;
+}
+
+template <typename Operands>
+double difference(Operands& operands) {
+    const double left = operands.number(0);
+    return left - operands.number(1);
+}
+
+template <typename Operands>
+double product(Operands& operands) {
+    const double left = operands.number(0);
+    return left * operands.number(1);
+}
+
+template <typename Operands>
+double quotient(Operands& operands) {
+    const double left = operands.number(0);
+    return left / operands.number(1);
+}
+
+template <typename Operands>
+double remainder(Operands& operands) {
+    const double left = operands.number(0);
+    return std::fmod(left, operands.number(1));
+}
+
+// Division and remainder share one test: the operand rule, then a zero divisor.
+template <typename Operands>
+std::uint32_t divisorError(Operands& operands) {
+    const std::uint32_t error = cellformula::operandsError(operands);
+    if (error != ErrNone) return error;
+    return operands.number(1) == 0.0 ? ErrDomain : ErrNone;
+}
+
+template <typename Operands>
+double power(Operands& operands) {
+    const double base = operands.number(0);
+    const double exponent = operands.number(1);
+    // Squares are common in formulas; pow(x, 2) is exactly x * x, which
+    // compilers rely on too, and costs a fraction of the general routine.
+    if (exponent == 2.0) return base * base;
+    return std::pow(base, exponent);
+}
+
+template <typename Operands>
+std::uint32_t powerError(Operands& operands) {
+    const std::uint32_t error = cellformula::operandsError(operands);
+    if (error != ErrNone) return error;
+    const double base = operands.number(0);
+    const double exponent = operands.number(1);
+    if (base == 0.0 && exponent < 0.0) return ErrInfinite;
+    double integralPart = 0.0;
+    if (base < 0.0 && std::modf(exponent, &integralPart) != 0.0) return ErrDomain;
+    return ErrNone;
+}
+
+template <typename Operands>
+std::uint32_t oneOperandError(Operands& operands) {
+    return cellformula::oneOperandError(operands);
+}
+
+template <typename Operands>
+std::uint32_t operandsError(Operands& operands) {
+    return cellformula::operandsError(operands);
+}
+
+constexpr StackRules kNegateRules{&negated<const StackOperands>, &oneOperandError<const StackOperands>};
+constexpr StackRules kAddRules{&sum<const StackOperands>, &sumError<const StackOperands>};
+constexpr StackRules kSubtractRules{&difference<const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kMultiplyRules{&product<const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kDivideRules{&quotient<const StackOperands>, &divisorError<const StackOperands>};
+constexpr StackRules kModuloRules{&remainder<const StackOperands>, &divisorError<const StackOperands>};
+constexpr StackRules kPowerRules{&power<const StackOperands>, &powerError<const StackOperands>};
+
+}  // namespace
 
 // ---------------------------------------------------------------- CNNegate
 
@@ -16,7 +151,12 @@ double CNNegate::f64Evaluate() const {
 }
 
 double CNNegate::numberWithin(Evaluation& evaluation) const {
-    return -numberOf(*poChild, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return negated(operands);
+}
+
+const StackRules* CNNegate::stackRules() const {
+    return &kNegateRules;
 }
 
 // ---------------------------------------------------------------- CNAdd
@@ -29,56 +169,9 @@ double CNAdd::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-
-
-
-namespace {
-
-std::uint32_t sumType(const CNAdd& sum, Evaluation& evaluation) {
-    // Sums nest deeply (SUM(a;b;c) and a+b+c nest to the left) and every
-    // level asks its operands' type again, so one call works it out once.
-    return evaluation.rememberedType(&sum, [&] {
-        if (sum.oChildren.empty()) {
-            const std::uint32_t left = typeOf(*sum.poLeft, evaluation);
-            const std::uint32_t right = typeOf(*sum.poRight, evaluation);
-            if (left == ExprNumber && right == ExprNumber) return static_cast<std::uint32_t>(ExprNumber);
-            return static_cast<std::uint32_t>((left == ExprNoType || right == ExprNoType) ? ExprNoType : ExprString);
-        }
-        std::uint32_t type = ExprNumber;
-        for (const ASTNode* child : sum.oChildren) {
-            const std::uint32_t childType = typeOf(*child, evaluation);
-            if (childType == ExprNoType) return static_cast<std::uint32_t>(ExprNoType);
-            if (childType == ExprString) type = ExprString;
-        }
-        return type;
-    });
-}
-
-// Like the shared operand rule, but a text operand is welcome: only an
-// operand without a type is wrong.
-std::uint32_t sumError(const CNAdd& sum, Evaluation& evaluation) {
-    if (sum.oChildren.empty()) {
-        if (typeOf(*sum.poLeft, evaluation) == ExprNoType) return ErrWrongType;
-        if (typeOf(*sum.poRight, evaluation) == ExprNoType) return ErrWrongType;
-        const std::uint32_t leftError = errorOf(*sum.poLeft, evaluation);
-        if (leftError != ErrNone) return leftError;
-        return errorOf(*sum.poRight, evaluation);
-    }
-    for (const ASTNode* child : sum.oChildren) {
-        const std::uint32_t error = errorOf(*child, evaluation);
-        if (error != ErrNone) return error;
-        if (typeOf(*child, evaluation) == ExprNoType) return ErrWrongType;
-    }
-    return ErrNone;
-}
-
-}  // namespace
-
 double CNAdd::numberWithin(Evaluation& evaluation) const {
-    if (isPairForm()) return numberOf(*poLeft, evaluation) + numberOf(*poRight, evaluation);
-    double total = 0.0;
-    for (const ASTNode* child : oChildren) total += numberOf(*child, evaluation);
-    return total;
+    auto operands = operandsOf(*this, evaluation);
+    return sum(operands);
 }
 
 // A sum's text is its operands' texts one after another, each appended to
@@ -97,12 +190,22 @@ void CNAdd::appendTextWithin(Evaluation& evaluation, std::string& text) const {
     cellformula::appendConcatenation(*this, evaluation, text);
 }
 
+// Sums nest deeply (SUM(a;b;c) and a+b+c nest to the left) and every level
+// asks its operands' type again, so one call works it out once.
 std::uint32_t CNAdd::typeWithin(Evaluation& evaluation) const {
-    return sumType(*this, evaluation);
+    return evaluation.rememberedType(this, [&] {
+        auto operands = operandsOf(*this, evaluation);
+        return sumType(operands);
+    });
 }
 
 std::uint32_t CNAdd::errorWithin(Evaluation& evaluation) const {
-    return sumError(*this, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return sumError(operands);
+}
+
+const StackRules* CNAdd::stackRules() const {
+    return &kAddRules;
 }
 
 // ---------------------------------------------------------------- CNSubtract, CNMultiply
@@ -114,8 +217,12 @@ double CNSubtract::f64Evaluate() const {
 }
 
 double CNSubtract::numberWithin(Evaluation& evaluation) const {
-    const double left = numberOf(*poLeft, evaluation);
-    return left - numberOf(*poRight, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return difference(operands);
+}
+
+const StackRules* CNSubtract::stackRules() const {
+    return &kSubtractRules;
 }
 
 CNMultiply::CNMultiply(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "* multiply") {}
@@ -125,21 +232,15 @@ double CNMultiply::f64Evaluate() const {
 }
 
 double CNMultiply::numberWithin(Evaluation& evaluation) const {
-    const double left = numberOf(*poLeft, evaluation);
-    return left * numberOf(*poRight, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return product(operands);
+}
+
+const StackRules* CNMultiply::stackRules() const {
+    return &kMultiplyRules;
 }
 
 // ---------------------------------------------------------------- CNDivide, CNModulo
-
-namespace {
-
-// Division and remainder share one test: the operand rule, then a zero divisor.
-std::uint32_t divisorError(const CNManyChildrenNode& node, std::uint32_t operandsError, Evaluation& evaluation) {
-    if (operandsError != ErrNone) return operandsError;
-    return numberOf(*node.poRight, evaluation) == 0.0 ? ErrDomain : ErrNone;
-}
-
-}  // namespace
 
 CNDivide::CNDivide(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "/ divide") {}
 
@@ -147,14 +248,18 @@ double CNDivide::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-
 double CNDivide::numberWithin(Evaluation& evaluation) const {
-    const double left = numberOf(*poLeft, evaluation);
-    return left / numberOf(*poRight, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return quotient(operands);
 }
 
 std::uint32_t CNDivide::errorWithin(Evaluation& evaluation) const {
-    return divisorError(*this, operandsError(evaluation), evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return divisorError(operands);
+}
+
+const StackRules* CNDivide::stackRules() const {
+    return &kDivideRules;
 }
 
 CNModulo::CNModulo(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "% modulo") {}
@@ -163,14 +268,18 @@ double CNModulo::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-
 double CNModulo::numberWithin(Evaluation& evaluation) const {
-    const double left = numberOf(*poLeft, evaluation);
-    return std::fmod(left, numberOf(*poRight, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return remainder(operands);
 }
 
 std::uint32_t CNModulo::errorWithin(Evaluation& evaluation) const {
-    return divisorError(*this, operandsError(evaluation), evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return divisorError(operands);
+}
+
+const StackRules* CNModulo::stackRules() const {
+    return &kModuloRules;
 }
 
 // ---------------------------------------------------------------- CNPower
@@ -181,23 +290,16 @@ double CNPower::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-
 double CNPower::numberWithin(Evaluation& evaluation) const {
-    const double base = numberOf(*poLeft, evaluation);
-    const double exponent = numberOf(*poRight, evaluation);
-    // Squares are common in formulas; pow(x, 2) is exactly x * x, which
-    // compilers rely on too, and costs a fraction of the general routine.
-    if (exponent == 2.0) return base * base;
-    return std::pow(base, exponent);
+    auto operands = operandsOf(*this, evaluation);
+    return power(operands);
 }
 
 std::uint32_t CNPower::errorWithin(Evaluation& evaluation) const {
-    const std::uint32_t operands = operandsError(evaluation);
-    if (operands != ErrNone) return operands;
-    const double base = numberOf(*poLeft, evaluation);
-    const double exponent = numberOf(*poRight, evaluation);
-    if (base == 0.0 && exponent < 0.0) return ErrInfinite;
-    double integralPart = 0.0;
-    if (base < 0.0 && std::modf(exponent, &integralPart) != 0.0) return ErrDomain;
-    return ErrNone;
+    auto operands = operandsOf(*this, evaluation);
+    return powerError(operands);
+}
+
+const StackRules* CNPower::stackRules() const {
+    return &kPowerRules;
 }

@@ -9,6 +9,7 @@ public:
     explicit CNNegate(ASTNode* operand);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // Addition and SUM; with a text operand it concatenates texts.
@@ -22,6 +23,7 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // Subtraction.
@@ -30,6 +32,7 @@ public:
     CNSubtract(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // Multiplication.
@@ -38,6 +41,7 @@ public:
     CNMultiply(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // Division; a zero divisor is a domain error.
@@ -47,6 +51,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // Remainder with the sign of the dividend (fmod).
@@ -56,6 +61,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // Power (pow); 0 to a negative power and roots of negatives are errors.
@@ -65,6 +71,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 #endif

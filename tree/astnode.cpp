@@ -1,5 +1,7 @@
 #include "astnode.h"
 
+#include "operands.h"
+
 #include <utility>
 
 using cellformula::Evaluation;
@@ -53,6 +55,10 @@ std::uint32_t ASTNode::errorWithin(Evaluation& evaluation) const {
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
 
 void ASTNode::listOperands(std::vector<const ASTNode*>&) const {}
+
+const cellformula::StackRules* ASTNode::stackRules() const {
+    return nullptr;
+}
 
 bool ASTNode::isConcatenation(Evaluation&, std::vector<const ASTNode*>&) const {
     return false;
@@ -248,11 +254,6 @@ bool CNSingleChildNode::writeOutlineLine(std::stringstream& stream, unsigned int
 
 
 
-std::uint32_t CNSingleChildNode::operandError(Evaluation& evaluation) const {
-    if (typeOf(*poChild, evaluation) != ExprNumber) return ErrWrongType;
-    return errorOf(*poChild, evaluation);
-}
-
 void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
     if (!answersByRules(*this, evaluation)) {
         text += stringEvaluate();
@@ -268,7 +269,8 @@ std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).errType();
-    return operandError(evaluation);
+    cellformula::TreeOperands operands = cellformula::operandsOf(*this, evaluation);
+    return cellformula::oneOperandError(operands);
 }
 
 void CNSingleChildNode::listOperands(std::vector<const ASTNode*>& operands) const {
@@ -317,23 +319,6 @@ bool CNManyChildrenNode::writeOutlineLine(std::stringstream& stream, unsigned in
 
 
 
-std::uint32_t CNManyChildrenNode::operandsError(Evaluation& evaluation) const {
-    if (isPairForm()) {
-        if (poLeft == nullptr || poRight == nullptr) return ErrInvalidArg;
-        if (typeOf(*poLeft, evaluation) != ExprNumber) return ErrWrongType;
-        if (typeOf(*poRight, evaluation) != ExprNumber) return ErrWrongType;
-        const std::uint32_t leftError = errorOf(*poLeft, evaluation);
-        if (leftError != ErrNone) return leftError;
-        return errorOf(*poRight, evaluation);
-    }
-    for (const ASTNode* child : oChildren) {
-        const std::uint32_t error = errorOf(*child, evaluation);
-        if (error != ErrNone) return error;
-        if (typeOf(*child, evaluation) != ExprNumber) return ErrWrongType;
-    }
-    return ErrNone;
-}
-
 void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
     if (!answersByRules(*this, evaluation)) {
         text += stringEvaluate();
@@ -349,7 +334,8 @@ std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
-    return operandsError(evaluation);
+    cellformula::TreeOperands operands = cellformula::operandsOf(*this, evaluation);
+    return cellformula::operandsError(operands);
 }
 
 void CNManyChildrenNode::listOperands(std::vector<const ASTNode*>& operands) const {

@@ -75,6 +75,10 @@ public:
     // out in one pass instead of each level copying the one below.
     virtual bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const;
 
+    // The node's number and error rules for a compiled program's stack, for
+    // the classes whose answers depend on their operands' numbers alone.
+    virtual const cellformula::StackRules* stackRules() const;
+
     // Lists the operands the library's rules ask, first to last; a host's
     // node lists none, as its operands are its own business.
     virtual void listOperands(std::vector<const ASTNode*>& operands) const;
@@ -248,10 +252,6 @@ public:
 
     ASTNode* poChild;
     std::string oName;
-
-protected:
-    // Operand not a number: wrong type; otherwise the operand's own error.
-    std::uint32_t operandError(cellformula::Evaluation& evaluation) const;
 };
 
 // Base of the nodes with two or more operands: either the pair poLeft/poRight
@@ -279,9 +279,6 @@ public:
 
 protected:
     bool isPairForm() const { return oChildren.empty(); }
-    // Pair: absent operand, then both types, then left and right error.
-    // List: per element its error, then its type.
-    std::uint32_t operandsError(cellformula::Evaluation& evaluation) const;
 };
 
 #endif

@@ -1,10 +1,11 @@
 #include "comparison.h"
 
+#include "operands.h"
+
 using cellformula::Evaluation;
-using cellformula::errorOf;
-using cellformula::numberOf;
-using cellformula::textOf;
-using cellformula::typeOf;
+using cellformula::StackOperands;
+using cellformula::StackRules;
+using cellformula::operandsOf;
 
 namespace {
 
@@ -12,11 +13,12 @@ enum class Relation { Greater, Less, GreatEqual, LessEqual, Equal };
 
 // Two numbers compare as numbers; as soon as either operand is not a number
 // both compare as texts, byte by byte as unsigned values.
-double compareOperands(const CNManyChildrenNode& node, Relation relation, Evaluation& evaluation) {
-    const bool numbers = typeOf(*node.poLeft, evaluation) == ExprNumber && typeOf(*node.poRight, evaluation) == ExprNumber;
+template <Relation relation, typename Operands>
+double compare(Operands& operands) {
+    const bool numbers = operands.type(0) == ExprNumber && operands.type(1) == ExprNumber;
     if (numbers) {
-        const double left = numberOf(*node.poLeft, evaluation);
-        const double right = numberOf(*node.poRight, evaluation);
+        const double left = operands.number(0);
+        const double right = operands.number(1);
         switch (relation) {
             case Relation::Greater: return left > right ? 1.0 : 0.0;
             case Relation::Less: return left < right ? 1.0 : 0.0;
@@ -25,8 +27,8 @@ double compareOperands(const CNManyChildrenNode& node, Relation relation, Evalua
             case Relation::Equal: return left == right ? 1.0 : 0.0;
         }
     }
-    const std::string left = textOf(*node.poLeft, evaluation);
-    const std::string right = textOf(*node.poRight, evaluation);
+    const std::string left = operands.text(0);
+    const std::string right = operands.text(1);
     const int order = left.compare(right);
     switch (relation) {
         case Relation::Greater: return order > 0 ? 1.0 : 0.0;
@@ -40,13 +42,17 @@ double compareOperands(const CNManyChildrenNode& node, Relation relation, Evalua
 
 // A text operand is fine for a comparison; only an operand without a type
 // is wrong.
-std::uint32_t comparisonError(const CNManyChildrenNode& node, Evaluation& evaluation) {
-    if (typeOf(*node.poLeft, evaluation) == ExprNoType) return ErrWrongType;
-    if (typeOf(*node.poRight, evaluation) == ExprNoType) return ErrWrongType;
-    const std::uint32_t leftError = errorOf(*node.poLeft, evaluation);
+template <typename Operands>
+std::uint32_t comparisonError(Operands& operands) {
+    if (operands.type(0) == ExprNoType) return ErrWrongType;
+    if (operands.type(1) == ExprNoType) return ErrWrongType;
+    const std::uint32_t leftError = operands.error(0);
     if (leftError != ErrNone) return leftError;
-    return errorOf(*node.poRight, evaluation);
+    return operands.error(1);
 }
+
+template <Relation relation>
+constexpr StackRules kRules{&compare<relation, const StackOperands>, &comparisonError<const StackOperands>};
 
 }  // namespace
 
@@ -57,11 +63,17 @@ double CNGreater::f64Evaluate() const {
 }
 
 double CNGreater::numberWithin(Evaluation& evaluation) const {
-    return compareOperands(*this, Relation::Greater, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return compare<Relation::Greater>(operands);
 }
 
 std::uint32_t CNGreater::errorWithin(Evaluation& evaluation) const {
-    return comparisonError(*this, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return comparisonError(operands);
+}
+
+const StackRules* CNGreater::stackRules() const {
+    return &kRules<Relation::Greater>;
 }
 
 CNLess::CNLess(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "< less") {}
@@ -71,11 +83,17 @@ double CNLess::f64Evaluate() const {
 }
 
 double CNLess::numberWithin(Evaluation& evaluation) const {
-    return compareOperands(*this, Relation::Less, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return compare<Relation::Less>(operands);
 }
 
 std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
-    return comparisonError(*this, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return comparisonError(operands);
+}
+
+const StackRules* CNLess::stackRules() const {
+    return &kRules<Relation::Less>;
 }
 
 CNGreatEqual::CNGreatEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, ">= great equal") {}
@@ -85,11 +103,17 @@ double CNGreatEqual::f64Evaluate() const {
 }
 
 double CNGreatEqual::numberWithin(Evaluation& evaluation) const {
-    return compareOperands(*this, Relation::GreatEqual, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return compare<Relation::GreatEqual>(operands);
 }
 
 std::uint32_t CNGreatEqual::errorWithin(Evaluation& evaluation) const {
-    return comparisonError(*this, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return comparisonError(operands);
+}
+
+const StackRules* CNGreatEqual::stackRules() const {
+    return &kRules<Relation::GreatEqual>;
 }
 
 CNLessEqual::CNLessEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "<= less equal") {}
@@ -99,11 +123,17 @@ double CNLessEqual::f64Evaluate() const {
 }
 
 double CNLessEqual::numberWithin(Evaluation& evaluation) const {
-    return compareOperands(*this, Relation::LessEqual, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return compare<Relation::LessEqual>(operands);
 }
 
 std::uint32_t CNLessEqual::errorWithin(Evaluation& evaluation) const {
-    return comparisonError(*this, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return comparisonError(operands);
+}
+
+const StackRules* CNLessEqual::stackRules() const {
+    return &kRules<Relation::LessEqual>;
 }
 
 CNEqual::CNEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "= equal") {}
@@ -113,10 +143,15 @@ double CNEqual::f64Evaluate() const {
 }
 
 double CNEqual::numberWithin(Evaluation& evaluation) const {
-    return compareOperands(*this, Relation::Equal, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return compare<Relation::Equal>(operands);
 }
 
 std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {
-    return comparisonError(*this, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return comparisonError(operands);
 }
 
+const StackRules* CNEqual::stackRules() const {
+    return &kRules<Relation::Equal>;
+}

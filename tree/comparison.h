@@ -10,6 +10,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // x < y.
@@ -19,6 +20,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // x >= y.
@@ -28,6 +30,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // x <= y.
@@ -37,6 +40,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // x = y, exact for numbers, byte for byte for texts.
@@ -46,6 +50,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 #endif

@@ -14,6 +14,9 @@ class ASTNode;
 
 namespace cellformula {
 
+struct StackRules;
+class TreeOperands;
+
 // Nodes still to print in an outline, with their depth, the next one last.
 using OutlineQueue = std::vector<std::pair<const ASTNode*, unsigned int>>;
 

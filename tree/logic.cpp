@@ -4,37 +4,25 @@
 #include <stdexcept>
 #include <utility>
 
+#include "operands.h"
+
 using cellformula::Evaluation;
-using cellformula::errorOf;
-using cellformula::numberOf;
-using cellformula::rememberedNumberOf;
+using cellformula::StackOperands;
+using cellformula::StackRules;
+using cellformula::operandsOf;
 using cellformula::typeOf;
 
 namespace {
 
-// AND stops at the first false operand, OR at the first true one.
-double connect(const CNManyChildrenNode& node, bool stopWhenTrue, Evaluation& evaluation) {
+// AND stops at the first false operand, OR at the first true one; a pair
+// reads like a list of two.
+template <bool stopWhenTrue, typename Operands>
+double connect(Operands& operands) {
     const double decided = stopWhenTrue ? 1.0 : 0.0;
-    const double undecided = 1.0 - decided;
-    if (node.oChildren.empty()) {
-        if ((numberOf(*node.poLeft, evaluation) != 0.0) == stopWhenTrue) return decided;
-        return (numberOf(*node.poRight, evaluation) != 0.0) ? 1.0 : 0.0;
+    for (std::size_t i = 0; i < operands.count(); ++i) {
+        if ((operands.number(i) != 0.0) == stopWhenTrue) return decided;
     }
-    for (const ASTNode* child : node.oChildren) {
-        if ((numberOf(*child, evaluation) != 0.0) == stopWhenTrue) return decided;
-    }
-    return undecided;
-}
-
-// fmin and fmax pass over a NaN when the other value is a number.
-double reduce(const CNManyChildrenNode& node, double (*pick)(double, double), Evaluation& evaluation) {
-    if (node.oChildren.empty()) {
-        const double left = numberOf(*node.poLeft, evaluation);
-        return pick(left, numberOf(*node.poRight, evaluation));
-    }
-    double result = numberOf(*node.oChildren.front(), evaluation);
-    for (std::size_t i = 1; i < node.oChildren.size(); ++i) result = pick(result, numberOf(*node.oChildren[i], evaluation));
-    return result;
+    return 1.0 - decided;
 }
 
 double smaller(double a, double b) {
@@ -44,6 +32,79 @@ double smaller(double a, double b) {
 double larger(double a, double b) {
     return std::fmax(a, b);
 }
+
+// fmin and fmax pass over a NaN when the other value is a number; a range
+// keeps the smaller (larger) value from its first element on.
+template <double (*pick)(double, double), typename Operands>
+double reduce(Operands& operands) {
+    double result = operands.number(0);
+    for (std::size_t i = 1; i < operands.count(); ++i) result = pick(result, operands.number(i));
+    return result;
+}
+
+template <typename Operands>
+double negation(Operands& operands) {
+    return operands.number(0) == 0.0 ? 1.0 : 0.0;
+}
+
+template <typename Operands>
+std::uint32_t oneOperandError(Operands& operands) {
+    return cellformula::oneOperandError(operands);
+}
+
+template <typename Operands>
+std::uint32_t operandsError(Operands& operands) {
+    return cellformula::operandsError(operands);
+}
+
+// Every error is absorbed except the host's unmaskable one.
+template <typename Operands>
+double anyError(Operands& operands) {
+    return operands.error(0) != ErrNone ? 1.0 : 0.0;
+}
+
+template <typename Operands>
+std::uint32_t unmaskedError(Operands& operands) {
+    return operands.error(0) == ErrUnmaskable ? ErrUnmaskable : ErrNone;
+}
+
+// IF's operands are condition (0), then- (1) and else-branch (2). Every
+// question makes the same choice: the branch the condition picks, or 0 when
+// that branch is absent. The condition is evaluated once per call.
+template <typename Operands>
+std::size_t chosenBranch(Operands& operands, bool& conditionTrue) {
+    conditionTrue = operands.condition(0) != 0.0;
+    const std::size_t branch = conditionTrue ? 1 : 2;
+    return operands.present(branch) ? branch : 0;
+}
+
+template <typename Operands>
+double choice(Operands& operands) {
+    if (!operands.present(0)) return 0.0;
+    bool conditionTrue = false;
+    const std::size_t branch = chosenBranch(operands, conditionTrue);
+    if (branch != 0) return operands.number(branch);
+    return conditionTrue ? 1.0 : 0.0;
+}
+
+template <typename Operands>
+std::uint32_t choiceError(Operands& operands) {
+    if (!operands.present(0)) return ErrWrongType;
+    const std::uint32_t conditionError = operands.error(0);
+    if (conditionError != ErrNone) return conditionError;
+    if (operands.type(0) != ExprNumber) return ErrWrongType;
+    bool conditionTrue = false;
+    const std::size_t branch = chosenBranch(operands, conditionTrue);
+    return branch != 0 ? operands.error(branch) : ErrWrongType;
+}
+
+constexpr StackRules kAndRules{&connect<false, const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kOrRules{&connect<true, const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kMinRules{&reduce<smaller, const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kMaxRules{&reduce<larger, const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kNotRules{&negation<const StackOperands>, &oneOperandError<const StackOperands>};
+constexpr StackRules kIsErrorRules{&anyError<const StackOperands>, &unmaskedError<const StackOperands>};
+constexpr StackRules kIfRules{&choice<const StackOperands>, &choiceError<const StackOperands>};
 
 }  // namespace
 
@@ -56,7 +117,12 @@ double CNAnd::f64Evaluate() const {
 }
 
 double CNAnd::numberWithin(Evaluation& evaluation) const {
-    return connect(*this, false, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return connect<false>(operands);
+}
+
+const StackRules* CNAnd::stackRules() const {
+    return &kAndRules;
 }
 
 CNOr::CNOr(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "or logic") {}
@@ -68,7 +134,12 @@ double CNOr::f64Evaluate() const {
 }
 
 double CNOr::numberWithin(Evaluation& evaluation) const {
-    return connect(*this, true, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return connect<true>(operands);
+}
+
+const StackRules* CNOr::stackRules() const {
+    return &kOrRules;
 }
 
 CNMin::CNMin(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "min minimum") {}
@@ -80,7 +151,12 @@ double CNMin::f64Evaluate() const {
 }
 
 double CNMin::numberWithin(Evaluation& evaluation) const {
-    return reduce(*this, smaller, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return reduce<smaller>(operands);
+}
+
+const StackRules* CNMin::stackRules() const {
+    return &kMinRules;
 }
 
 CNMax::CNMax(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "max maximum") {}
@@ -92,9 +168,13 @@ double CNMax::f64Evaluate() const {
 }
 
 double CNMax::numberWithin(Evaluation& evaluation) const {
-    return reduce(*this, larger, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return reduce<larger>(operands);
 }
 
+const StackRules* CNMax::stackRules() const {
+    return &kMaxRules;
+}
 
 // ---------------------------------------------------------------- CNNot, CNIsError
 
@@ -105,7 +185,12 @@ double CNNot::f64Evaluate() const {
 }
 
 double CNNot::numberWithin(Evaluation& evaluation) const {
-    return numberOf(*poChild, evaluation) == 0.0 ? 1.0 : 0.0;
+    auto operands = operandsOf(*this, evaluation);
+    return negation(operands);
+}
+
+const StackRules* CNNot::stackRules() const {
+    return &kNotRules;
 }
 
 CNIsError::CNIsError(ASTNode* operand) : CNSingleChildNode(operand, "Evaluate Error State") {}
@@ -114,14 +199,18 @@ double CNIsError::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-
-// Every error is absorbed except the host's unmaskable one.
 double CNIsError::numberWithin(Evaluation& evaluation) const {
-    return errorOf(*poChild, evaluation) != ErrNone ? 1.0 : 0.0;
+    auto operands = operandsOf(*this, evaluation);
+    return anyError(operands);
 }
 
 std::uint32_t CNIsError::errorWithin(Evaluation& evaluation) const {
-    return errorOf(*poChild, evaluation) == ErrUnmaskable ? ErrUnmaskable : ErrNone;
+    auto operands = operandsOf(*this, evaluation);
+    return unmaskedError(operands);
+}
+
+const StackRules* CNIsError::stackRules() const {
+    return &kIsErrorRules;
 }
 
 // ---------------------------------------------------------------- CNIf
@@ -153,20 +242,22 @@ double CNIf::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
+cellformula::TreeOperands CNIf::operands(Evaluation& evaluation) const {
+    return cellformula::TreeOperands(evaluation, {poCondition, poThen, poElse});
+}
+
 const ASTNode* CNIf::chosenBranch(Evaluation& evaluation, bool& conditionTrue) const {
-    // Every operation of one call makes the same choice; the condition is
-    // evaluated once per call, however often the nodes above ask.
-    const double condition = rememberedNumberOf(*poCondition, evaluation);
-    conditionTrue = condition != 0.0;
-    return conditionTrue ? poThen : poElse;
+    auto ifOperands = operands(evaluation);
+    switch (::chosenBranch(ifOperands, conditionTrue)) {
+        case 1: return poThen;
+        case 2: return poElse;
+        default: return nullptr;
+    }
 }
 
 double CNIf::numberWithin(Evaluation& evaluation) const {
-    if (poCondition == nullptr) return 0.0;
-    bool conditionTrue = false;
-    const ASTNode* branch = chosenBranch(evaluation, conditionTrue);
-    if (branch != nullptr) return numberOf(*branch, evaluation);
-    return conditionTrue ? 1.0 : 0.0;
+    auto ifOperands = operands(evaluation);
+    return choice(ifOperands);
 }
 
 // The text is the chosen branch's, or empty without one.
@@ -199,13 +290,12 @@ std::uint32_t CNIf::typeWithin(Evaluation& evaluation) const {
 }
 
 std::uint32_t CNIf::errorWithin(Evaluation& evaluation) const {
-    if (poCondition == nullptr) return ErrWrongType;
-    const std::uint32_t conditionError = errorOf(*poCondition, evaluation);
-    if (conditionError != ErrNone) return conditionError;
-    if (typeOf(*poCondition, evaluation) != ExprNumber) return ErrWrongType;
-    bool conditionTrue = false;
-    const ASTNode* branch = chosenBranch(evaluation, conditionTrue);
-    return branch != nullptr ? errorOf(*branch, evaluation) : ErrWrongType;
+    auto ifOperands = operands(evaluation);
+    return choiceError(ifOperands);
+}
+
+const StackRules* CNIf::stackRules() const {
+    return &kIfRules;
 }
 
 void CNIf::vPrintNode(std::stringstream& stream, unsigned int depth) const {

@@ -10,6 +10,7 @@ public:
     explicit CNAnd(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // OR, stopping at the first true operand.
@@ -19,6 +20,7 @@ public:
     explicit CNOr(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // MIN; a NaN is passed over when the other value is a number.
@@ -28,6 +30,7 @@ public:
     explicit CNMin(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // MAX; a NaN is passed over when the other value is a number.
@@ -37,6 +40,7 @@ public:
     explicit CNMax(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // NOT.
@@ -45,6 +49,7 @@ public:
     explicit CNNot(ASTNode* operand);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // ISERROR: absorbs every error but ErrUnmaskable.
@@ -54,6 +59,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // IF(condition; then; else); either branch may be absent.
@@ -73,11 +79,14 @@ public:
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 
+    const cellformula::StackRules* stackRules() const override;
+
     ASTNode* poCondition;
     ASTNode* poThen;
     ASTNode* poElse;
 
 private:
+    cellformula::TreeOperands operands(cellformula::Evaluation& evaluation) const;
     // The branch the condition picks, or null when that branch is absent.
     const ASTNode* chosenBranch(cellformula::Evaluation& evaluation, bool& conditionTrue) const;
 };

@@ -2,10 +2,46 @@
 
 #include <cmath>
 
+#include "operands.h"
+
 using cellformula::Evaluation;
-using cellformula::numberOf;
+using cellformula::StackOperands;
+using cellformula::StackRules;
+using cellformula::operandsOf;
 
 namespace {
+
+double sine(double x) {
+    return std::sin(x);
+}
+
+double cosine(double x) {
+    return std::cos(x);
+}
+
+double tangent(double x) {
+    return std::tan(x);
+}
+
+double arcSine(double x) {
+    return std::asin(x);
+}
+
+double arcCosine(double x) {
+    return std::acos(x);
+}
+
+double arcTangent(double x) {
+    return std::atan(x);
+}
+
+double squareRoot(double x) {
+    return std::sqrt(x);
+}
+
+double naturalLogarithm(double x) {
+    return std::log(x);
+}
 
 std::uint32_t withinUnitRange(double x) {
     return (x < -1.0 || x > 1.0) ? ErrDomain : ErrNone;
@@ -20,13 +56,69 @@ std::uint32_t positive(double x) {
     return x >= 0.0 ? ErrNone : ErrDomain;
 }
 
-// A one-operand function: its value from the C library; those with a domain
-// add a test of the operand's value to the shared operand rule.
-std::uint32_t domainError(const CNSingleChildNode& node, std::uint32_t operandError, std::uint32_t (*domain)(double),
-                          Evaluation& evaluation) {
-    if (operandError != ErrNone) return operandError;
-    return domain(numberOf(*node.poChild, evaluation));
+// A one-operand function: its value from the C library.
+template <double (*function)(double), typename Operands>
+double applied(Operands& operands) {
+    return function(operands.number(0));
 }
+
+template <typename Operands>
+std::uint32_t operandError(Operands& operands) {
+    return cellformula::oneOperandError(operands);
+}
+
+// Those with a domain add a test of the operand's value to the shared rule.
+template <std::uint32_t (*domain)(double), typename Operands>
+std::uint32_t domainError(Operands& operands) {
+    const std::uint32_t error = cellformula::oneOperandError(operands);
+    if (error != ErrNone) return error;
+    return domain(operands.number(0));
+}
+
+// The second argument is the ordinate and is evaluated first.
+template <typename Operands>
+double angle(Operands& operands) {
+    const double ordinate = operands.number(1);
+    const double abscissa = operands.number(0);
+    return std::atan2(ordinate, abscissa);
+}
+
+template <typename Operands>
+std::uint32_t operandsError(Operands& operands) {
+    return cellformula::operandsError(operands);
+}
+
+// Base 10 goes through log10 so that LOG(1000) is exactly 3; the base is
+// evaluated once and reused for the quotient.
+template <typename Operands>
+double logarithm(Operands& operands) {
+    const double base = operands.number(1);
+    const double x = operands.number(0);
+    if (base == 10.0) return std::log10(x);
+    return std::log(x) / std::log(base);
+}
+
+template <typename Operands>
+std::uint32_t logarithmError(Operands& operands) {
+    const std::uint32_t error = cellformula::operandsError(operands);
+    if (error != ErrNone) return error;
+    const double x = operands.number(0);
+    const double base = operands.number(1);
+    if (x == 0.0 || base == 0.0 || base == 1.0) return ErrInfinite;
+    if (x < 0.0 || base < 0.0) return ErrDomain;
+    return ErrNone;
+}
+
+constexpr StackRules kSinRules{&applied<sine, const StackOperands>, &operandError<const StackOperands>};
+constexpr StackRules kCosRules{&applied<cosine, const StackOperands>, &operandError<const StackOperands>};
+constexpr StackRules kTanRules{&applied<tangent, const StackOperands>, &operandError<const StackOperands>};
+constexpr StackRules kAsinRules{&applied<arcSine, const StackOperands>, &domainError<withinUnitRange, const StackOperands>};
+constexpr StackRules kAcosRules{&applied<arcCosine, const StackOperands>, &domainError<withinUnitRange, const StackOperands>};
+constexpr StackRules kAtanRules{&applied<arcTangent, const StackOperands>, &operandError<const StackOperands>};
+constexpr StackRules kSqrtRules{&applied<squareRoot, const StackOperands>, &domainError<notNegative, const StackOperands>};
+constexpr StackRules kLnRules{&applied<naturalLogarithm, const StackOperands>, &domainError<positive, const StackOperands>};
+constexpr StackRules kAtan2Rules{&angle<const StackOperands>, &operandsError<const StackOperands>};
+constexpr StackRules kLogRules{&logarithm<const StackOperands>, &logarithmError<const StackOperands>};
 
 }  // namespace
 
@@ -37,7 +129,12 @@ double CNSin::f64Evaluate() const {
 }
 
 double CNSin::numberWithin(Evaluation& evaluation) const {
-    return std::sin(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<sine>(operands);
+}
+
+const StackRules* CNSin::stackRules() const {
+    return &kSinRules;
 }
 
 CNCos::CNCos(ASTNode* operand) : CNSingleChildNode(operand, "cos cosinus") {}
@@ -47,7 +144,12 @@ double CNCos::f64Evaluate() const {
 }
 
 double CNCos::numberWithin(Evaluation& evaluation) const {
-    return std::cos(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<cosine>(operands);
+}
+
+const StackRules* CNCos::stackRules() const {
+    return &kCosRules;
 }
 
 CNTan::CNTan(ASTNode* operand) : CNSingleChildNode(operand, "tan tangent") {}
@@ -57,7 +159,12 @@ double CNTan::f64Evaluate() const {
 }
 
 double CNTan::numberWithin(Evaluation& evaluation) const {
-    return std::tan(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<tangent>(operands);
+}
+
+const StackRules* CNTan::stackRules() const {
+    return &kTanRules;
 }
 
 CNAsin::CNAsin(ASTNode* operand) : CNSingleChildNode(operand, "asin arcsinus") {}
@@ -67,11 +174,17 @@ double CNAsin::f64Evaluate() const {
 }
 
 double CNAsin::numberWithin(Evaluation& evaluation) const {
-    return std::asin(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<arcSine>(operands);
 }
 
 std::uint32_t CNAsin::errorWithin(Evaluation& evaluation) const {
-    return domainError(*this, operandError(evaluation), withinUnitRange, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return domainError<withinUnitRange>(operands);
+}
+
+const StackRules* CNAsin::stackRules() const {
+    return &kAsinRules;
 }
 
 CNAcos::CNAcos(ASTNode* operand) : CNSingleChildNode(operand, "acos arccosinus") {}
@@ -81,11 +194,17 @@ double CNAcos::f64Evaluate() const {
 }
 
 double CNAcos::numberWithin(Evaluation& evaluation) const {
-    return std::acos(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<arcCosine>(operands);
 }
 
 std::uint32_t CNAcos::errorWithin(Evaluation& evaluation) const {
-    return domainError(*this, operandError(evaluation), withinUnitRange, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return domainError<withinUnitRange>(operands);
+}
+
+const StackRules* CNAcos::stackRules() const {
+    return &kAcosRules;
 }
 
 CNAtan::CNAtan(ASTNode* operand) : CNSingleChildNode(operand, "atan arctangent") {}
@@ -95,7 +214,12 @@ double CNAtan::f64Evaluate() const {
 }
 
 double CNAtan::numberWithin(Evaluation& evaluation) const {
-    return std::atan(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<arcTangent>(operands);
+}
+
+const StackRules* CNAtan::stackRules() const {
+    return &kAtanRules;
 }
 
 CNSqrt::CNSqrt(ASTNode* operand) : CNSingleChildNode(operand, "sqrt square root") {}
@@ -105,11 +229,17 @@ double CNSqrt::f64Evaluate() const {
 }
 
 double CNSqrt::numberWithin(Evaluation& evaluation) const {
-    return std::sqrt(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<squareRoot>(operands);
 }
 
 std::uint32_t CNSqrt::errorWithin(Evaluation& evaluation) const {
-    return domainError(*this, operandError(evaluation), notNegative, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return domainError<notNegative>(operands);
+}
+
+const StackRules* CNSqrt::stackRules() const {
+    return &kSqrtRules;
 }
 
 CNLn::CNLn(ASTNode* operand) : CNSingleChildNode(operand, "ln natural logarithm") {}
@@ -119,13 +249,18 @@ double CNLn::f64Evaluate() const {
 }
 
 double CNLn::numberWithin(Evaluation& evaluation) const {
-    return std::log(numberOf(*poChild, evaluation));
+    auto operands = operandsOf(*this, evaluation);
+    return applied<naturalLogarithm>(operands);
 }
 
 std::uint32_t CNLn::errorWithin(Evaluation& evaluation) const {
-    return domainError(*this, operandError(evaluation), positive, evaluation);
+    auto operands = operandsOf(*this, evaluation);
+    return domainError<positive>(operands);
 }
 
+const StackRules* CNLn::stackRules() const {
+    return &kLnRules;
+}
 
 // ---------------------------------------------------------------- CNAtan2
 
@@ -137,10 +272,12 @@ double CNAtan2::f64Evaluate() const {
 }
 
 double CNAtan2::numberWithin(Evaluation& evaluation) const {
-    // The second argument is the ordinate and is evaluated first.
-    const double ordinate = numberOf(*poRight, evaluation);
-    const double abscissa = numberOf(*poLeft, evaluation);
-    return std::atan2(ordinate, abscissa);
+    auto operands = operandsOf(*this, evaluation);
+    return angle(operands);
+}
+
+const StackRules* CNAtan2::stackRules() const {
+    return &kAtan2Rules;
 }
 
 // ---------------------------------------------------------------- CNLog
@@ -151,22 +288,16 @@ double CNLog::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-
 double CNLog::numberWithin(Evaluation& evaluation) const {
-    // Base 10 goes through log10 so that LOG(1000) is exactly 3; the base is
-    // evaluated once and reused for the quotient.
-    const double base = numberOf(*poRight, evaluation);
-    const double x = numberOf(*poLeft, evaluation);
-    if (base == 10.0) return std::log10(x);
-    return std::log(x) / std::log(base);
+    auto operands = operandsOf(*this, evaluation);
+    return logarithm(operands);
 }
 
 std::uint32_t CNLog::errorWithin(Evaluation& evaluation) const {
-    const std::uint32_t operands = operandsError(evaluation);
-    if (operands != ErrNone) return operands;
-    const double x = numberOf(*poLeft, evaluation);
-    const double base = numberOf(*poRight, evaluation);
-    if (x == 0.0 || base == 0.0 || base == 1.0) return ErrInfinite;
-    if (x < 0.0 || base < 0.0) return ErrDomain;
-    return ErrNone;
+    auto operands = operandsOf(*this, evaluation);
+    return logarithmError(operands);
+}
+
+const StackRules* CNLog::stackRules() const {
+    return &kLogRules;
 }

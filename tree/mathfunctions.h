@@ -9,6 +9,7 @@ public:
     explicit CNSin(ASTNode* operand);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // COS.
@@ -17,6 +18,7 @@ public:
     explicit CNCos(ASTNode* operand);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // TAN.
@@ -25,6 +27,7 @@ public:
     explicit CNTan(ASTNode* operand);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // ASIN, defined on -1..1.
@@ -34,6 +37,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // ACOS, defined on -1..1.
@@ -43,6 +47,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // ATAN.
@@ -51,6 +56,7 @@ public:
     explicit CNAtan(ASTNode* operand);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // SQRT of a non-negative number.
@@ -60,6 +66,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // LN, natural logarithm.
@@ -69,6 +76,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // ATAN2(x;y): the angle of the point (x, y).
@@ -77,6 +85,7 @@ public:
     CNAtan2(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 // LOG(x;base); base 10 goes through log10 so LOG(1000) is exactly 3.
@@ -86,6 +95,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
 };
 
 #endif

@@ -1,0 +1,116 @@
+#ifndef CELLFORMULA_OPERANDS_H
+#define CELLFORMULA_OPERANDS_H
+
+// The two ways a node's rules reach its operands: asked one question at a
+// time in a tree (TreeOperands), or read from the answers a compiled program
+// has already computed (StackOperands). Each rule is written once, as a
+// template over either, so a tree and its compiled program cannot disagree.
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "astnode.h"
+
+namespace cellformula {
+
+class TreeOperands {
+public:
+    // A node's operands in the order its rules number them: the one operand,
+    // the pair, the list, or condition, then- and else-branch.
+    TreeOperands(Evaluation& evaluation, std::initializer_list<const ASTNode*> few)
+        : evaluation_(evaluation), few_{}, nodes_(few_), count_(few.size()) {
+        std::size_t i = 0;
+        for (const ASTNode* node : few) few_[i++] = node;
+    }
+    TreeOperands(Evaluation& evaluation, const std::vector<ASTNode*>& list)
+        : evaluation_(evaluation), few_{}, nodes_(list.data()), count_(list.size()), list_(true) {}
+
+    std::size_t count() const { return count_; }
+    bool isList() const { return list_; }
+    bool present(std::size_t i) const { return nodes_[i] != nullptr; }
+    double number(std::size_t i) { return numberOf(*nodes_[i], evaluation_); }
+    // A value every question about the node depends on, worked out once per call.
+    double condition(std::size_t i) { return rememberedNumberOf(*nodes_[i], evaluation_); }
+    std::string text(std::size_t i) { return textOf(*nodes_[i], evaluation_); }
+    std::uint32_t type(std::size_t i) { return typeOf(*nodes_[i], evaluation_); }
+    std::uint32_t error(std::size_t i) { return errorOf(*nodes_[i], evaluation_); }
+
+private:
+    Evaluation& evaluation_;
+    const ASTNode* few_[3];
+    const ASTNode* const* nodes_;
+    std::size_t count_;
+    bool list_ = false;
+};
+
+// Operands whose numbers (and, where asked, errors) a compiled program has
+// computed; all of them are numbers, which is what lets the program compile
+// a node this way.
+class StackOperands {
+public:
+    StackOperands(const double* numbers, const std::uint32_t* errors, std::size_t count, bool list)
+        : numbers_(numbers), errors_(errors), count_(count), list_(list) {}
+
+    std::size_t count() const { return count_; }
+    bool isList() const { return list_; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) const { return numbers_[i]; }
+    double condition(std::size_t i) const { return numbers_[i]; }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const { return errors_[i]; }
+
+private:
+    const double* numbers_;
+    const std::uint32_t* errors_;
+    std::size_t count_;
+    bool list_;
+};
+
+// A node's number and error rules for a compiled program's stack.
+struct StackRules {
+    double (*number)(const StackOperands& operands);
+    std::uint32_t (*error)(const StackOperands& operands);
+};
+
+inline TreeOperands operandsOf(const CNSingleChildNode& node, Evaluation& evaluation) {
+    return TreeOperands(evaluation, {node.poChild});
+}
+
+inline TreeOperands operandsOf(const CNManyChildrenNode& node, Evaluation& evaluation) {
+    if (node.oChildren.empty()) return TreeOperands(evaluation, {node.poLeft, node.poRight});
+    return TreeOperands(evaluation, node.oChildren);
+}
+
+// Operand not a number: wrong type; otherwise the operand's own error.
+template <typename Operands>
+std::uint32_t oneOperandError(Operands& operands) {
+    if (operands.type(0) != ExprNumber) return ErrWrongType;
+    return operands.error(0);
+}
+
+// Pair: absent operand, then both types, then left and right error.
+// List: per element its error, then its type.
+template <typename Operands>
+std::uint32_t operandsError(Operands& operands) {
+    if (!operands.isList()) {
+        if (!operands.present(0) || !operands.present(1)) return ErrInvalidArg;
+        if (operands.type(0) != ExprNumber) return ErrWrongType;
+        if (operands.type(1) != ExprNumber) return ErrWrongType;
+        const std::uint32_t leftError = operands.error(0);
+        if (leftError != ErrNone) return leftError;
+        return operands.error(1);
+    }
+    for (std::size_t i = 0; i < operands.count(); ++i) {
+        const std::uint32_t error = operands.error(i);
+        if (error != ErrNone) return error;
+        if (operands.type(i) != ExprNumber) return ErrWrongType;
+    }
+    return ErrNone;
+}
+
+}  // namespace cellformula
+
+#endif
