@@ -1,6 +1,36 @@
 #include "variable.h"
 
+#include "operands.h"
+
 using cellformula::Evaluation;
+using cellformula::StackOperands;
+
+namespace {
+
+// The host's current value; a record without one reads as 0.
+double recordNumber(const VariableRecord& record) {
+    return record.pf64Value != nullptr ? *record.pf64Value : 0.0;
+}
+
+// The host's own code first; otherwise a record without the value its type
+// promises has no value.
+std::uint32_t recordError(const VariableRecord& record) {
+    if (record.u32Error != ErrNone) return record.u32Error;
+    if (record.u32Type == ExprNumber) return record.pf64Value != nullptr ? ErrNone : ErrNoValue;
+    return record.poText != nullptr ? ErrNone : ErrNoValue;
+}
+
+double variableNumber(const ASTNode& node, const StackOperands&) {
+    return recordNumber(static_cast<const CNVariable&>(node).oRecord);
+}
+
+std::uint32_t variableError(const ASTNode& node, const StackOperands&) {
+    return recordError(static_cast<const CNVariable&>(node).oRecord);
+}
+
+constexpr cellformula::StackRules kVariableRules{&typeid(CNVariable), &variableNumber, &variableError};
+
+}  // namespace
 
 CNVariable::CNVariable(const VariableRecord& record) : oRecord(record) {}
 
@@ -9,7 +39,7 @@ double CNVariable::f64Evaluate() const {
 }
 
 double CNVariable::numberWithin(Evaluation&) const {
-    return oRecord.pf64Value != nullptr ? *oRecord.pf64Value : 0.0;
+    return recordNumber(oRecord);
 }
 
 void CNVariable::appendTextWithin(Evaluation&, std::string& text) const {
@@ -21,9 +51,12 @@ std::uint32_t CNVariable::typeWithin(Evaluation&) const {
 }
 
 std::uint32_t CNVariable::errorWithin(Evaluation&) const {
-    if (oRecord.u32Error != ErrNone) return oRecord.u32Error;
-    if (oRecord.u32Type == ExprNumber) return oRecord.pf64Value != nullptr ? ErrNone : ErrNoValue;
-    return oRecord.poText != nullptr ? ErrNone : ErrNoValue;
+    return recordError(oRecord);
+}
+
+// Only a number cell can stand on a compiled program's stack.
+const cellformula::StackRules* CNVariable::stackRules() const {
+    return oRecord.u32Type == ExprNumber ? &kVariableRules : nullptr;
 }
 
 void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const {

@@ -15,6 +15,7 @@ public:
     void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 

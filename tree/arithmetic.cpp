@@ -132,13 +132,13 @@ std::uint32_t operandsError(Operands& operands) {
     return cellformula::operandsError(operands);
 }
 
-constexpr StackRules kNegateRules{&negated<const StackOperands>, &oneOperandError<const StackOperands>};
-constexpr StackRules kAddRules{&sum<const StackOperands>, &sumError<const StackOperands>};
-constexpr StackRules kSubtractRules{&difference<const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kMultiplyRules{&product<const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kDivideRules{&quotient<const StackOperands>, &divisorError<const StackOperands>};
-constexpr StackRules kModuloRules{&remainder<const StackOperands>, &divisorError<const StackOperands>};
-constexpr StackRules kPowerRules{&power<const StackOperands>, &powerError<const StackOperands>};
+constexpr StackRules kNegateRules{cellformula::operandRules<CNNegate, negated<const StackOperands>, oneOperandError<const StackOperands>>()};
+constexpr StackRules kAddRules{cellformula::operandRules<CNAdd, sum<const StackOperands>, sumError<const StackOperands>>()};
+constexpr StackRules kSubtractRules{cellformula::operandRules<CNSubtract, difference<const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kMultiplyRules{cellformula::operandRules<CNMultiply, product<const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kDivideRules{cellformula::operandRules<CNDivide, quotient<const StackOperands>, divisorError<const StackOperands>>()};
+constexpr StackRules kModuloRules{cellformula::operandRules<CNModulo, remainder<const StackOperands>, divisorError<const StackOperands>>()};
+constexpr StackRules kPowerRules{cellformula::operandRules<CNPower, power<const StackOperands>, powerError<const StackOperands>>()};
 
 }  // namespace
 

@@ -135,6 +135,27 @@ std::uint32_t errorOfEntry(const ASTNode& node) {
 
 // ---------------------------------------------------------------- leaves
 
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+double constantValue(const ASTNode& node, const cellformula::StackOperands&) {
+    return static_cast<const CNConstant&>(node).f64Value;
+}
+
+double piValue(const ASTNode&, const cellformula::StackOperands&) {
+    return kPi;
+}
+
+std::uint32_t noError(const ASTNode&, const cellformula::StackOperands&) {
+    return ErrNone;
+}
+
+constexpr cellformula::StackRules kConstantRules{&typeid(CNConstant), &constantValue, &noError};
+constexpr cellformula::StackRules kPiRules{&typeid(CNPi), &piValue, &noError};
+
+}  // namespace
+
 CNConstant::CNConstant(double value) : f64Value(value) {}
 
 double CNConstant::f64Evaluate() const {
@@ -151,6 +172,10 @@ std::uint32_t CNConstant::typeWithin(Evaluation&) const {
 
 std::uint32_t CNConstant::errorWithin(Evaluation&) const {
     return ErrNone;
+}
+
+const cellformula::StackRules* CNConstant::stackRules() const {
+    return &kConstantRules;
 }
 
 void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
@@ -195,10 +220,6 @@ void CNStringConstant::appendTextWithin(Evaluation&, std::string& text) const {
     text += oValue;
 }
 
-namespace {
-constexpr double kPi = 3.141592653589793;
-}
-
 double CNPi::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
@@ -213,6 +234,10 @@ std::uint32_t CNPi::typeWithin(Evaluation&) const {
 
 std::uint32_t CNPi::errorWithin(Evaluation&) const {
     return ErrNone;
+}
+
+const cellformula::StackRules* CNPi::stackRules() const {
+    return &kPiRules;
 }
 
 void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {

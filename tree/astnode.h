@@ -198,6 +198,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 
@@ -229,6 +230,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    const cellformula::StackRules* stackRules() const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 };

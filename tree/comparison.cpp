@@ -51,8 +51,9 @@ std::uint32_t comparisonError(Operands& operands) {
     return operands.error(1);
 }
 
-template <Relation relation>
-constexpr StackRules kRules{&compare<relation, const StackOperands>, &comparisonError<const StackOperands>};
+template <class Node, Relation relation>
+constexpr StackRules kRules{
+    cellformula::operandRules<Node, &compare<relation, const StackOperands>, &comparisonError<const StackOperands>>()};
 
 }  // namespace
 
@@ -73,7 +74,7 @@ std::uint32_t CNGreater::errorWithin(Evaluation& evaluation) const {
 }
 
 const StackRules* CNGreater::stackRules() const {
-    return &kRules<Relation::Greater>;
+    return &kRules<CNGreater, Relation::Greater>;
 }
 
 CNLess::CNLess(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "< less") {}
@@ -93,7 +94,7 @@ std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
 }
 
 const StackRules* CNLess::stackRules() const {
-    return &kRules<Relation::Less>;
+    return &kRules<CNLess, Relation::Less>;
 }
 
 CNGreatEqual::CNGreatEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, ">= great equal") {}
@@ -113,7 +114,7 @@ std::uint32_t CNGreatEqual::errorWithin(Evaluation& evaluation) const {
 }
 
 const StackRules* CNGreatEqual::stackRules() const {
-    return &kRules<Relation::GreatEqual>;
+    return &kRules<CNGreatEqual, Relation::GreatEqual>;
 }
 
 CNLessEqual::CNLessEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "<= less equal") {}
@@ -133,7 +134,7 @@ std::uint32_t CNLessEqual::errorWithin(Evaluation& evaluation) const {
 }
 
 const StackRules* CNLessEqual::stackRules() const {
-    return &kRules<Relation::LessEqual>;
+    return &kRules<CNLessEqual, Relation::LessEqual>;
 }
 
 CNEqual::CNEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "= equal") {}
@@ -153,5 +154,5 @@ std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {
 }
 
 const StackRules* CNEqual::stackRules() const {
-    return &kRules<Relation::Equal>;
+    return &kRules<CNEqual, Relation::Equal>;
 }

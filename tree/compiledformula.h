@@ -1,6 +1,7 @@
 #ifndef CELLFORMULA_COMPILEDFORMULA_H
 #define CELLFORMULA_COMPILEDFORMULA_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -38,11 +39,30 @@ public:
         std::uint32_t operandCount;
     };
 
+    // A step of the program on a stack of numbers, used when every node of
+    // the tree is a number whose answers depend on its operands' numbers.
+    struct StackStep {
+        const ASTNode* node;
+        const StackRules* rules;
+        std::uint32_t operandCount;
+        bool list;
+    };
+
 private:
     friend class ProgramRun;
 
-    std::vector<Step> steps_;            // operands before the nodes that ask them; the root last
+    struct StackAnswer {
+        double number;
+        std::uint32_t error;
+    };
+    void compileStack();
+    StackAnswer runStack(bool withErrors) const;
+
+    std::vector<Step> steps_;              // operands before the nodes that ask them; the root last
     std::vector<std::uint32_t> operands_;  // step numbers of each step's operands, first to last
+    std::vector<StackStep> stackSteps_;    // empty when the tree needs the general program
+    std::size_t stackDepth_ = 0;
+    bool stackNeedsErrors_ = false;        // ISERROR reads its operand's error even for a value
 };
 
 }  // namespace cellformula

@@ -98,13 +98,13 @@ std::uint32_t choiceError(Operands& operands) {
     return branch != 0 ? operands.error(branch) : ErrWrongType;
 }
 
-constexpr StackRules kAndRules{&connect<false, const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kOrRules{&connect<true, const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kMinRules{&reduce<smaller, const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kMaxRules{&reduce<larger, const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kNotRules{&negation<const StackOperands>, &oneOperandError<const StackOperands>};
-constexpr StackRules kIsErrorRules{&anyError<const StackOperands>, &unmaskedError<const StackOperands>};
-constexpr StackRules kIfRules{&choice<const StackOperands>, &choiceError<const StackOperands>};
+constexpr StackRules kAndRules{cellformula::operandRules<CNAnd, connect<false, const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kOrRules{cellformula::operandRules<CNOr, connect<true, const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kMinRules{cellformula::operandRules<CNMin, reduce<smaller, const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kMaxRules{cellformula::operandRules<CNMax, reduce<larger, const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kNotRules{cellformula::operandRules<CNNot, negation<const StackOperands>, oneOperandError<const StackOperands>>()};
+constexpr StackRules kIsErrorRules{cellformula::operandRules<CNIsError, anyError<const StackOperands>, unmaskedError<const StackOperands>>()};
+constexpr StackRules kIfRules{cellformula::operandRules<CNIf, choice<const StackOperands>, choiceError<const StackOperands>>()};
 
 }  // namespace
 

@@ -109,16 +109,16 @@ std::uint32_t logarithmError(Operands& operands) {
     return ErrNone;
 }
 
-constexpr StackRules kSinRules{&applied<sine, const StackOperands>, &operandError<const StackOperands>};
-constexpr StackRules kCosRules{&applied<cosine, const StackOperands>, &operandError<const StackOperands>};
-constexpr StackRules kTanRules{&applied<tangent, const StackOperands>, &operandError<const StackOperands>};
-constexpr StackRules kAsinRules{&applied<arcSine, const StackOperands>, &domainError<withinUnitRange, const StackOperands>};
-constexpr StackRules kAcosRules{&applied<arcCosine, const StackOperands>, &domainError<withinUnitRange, const StackOperands>};
-constexpr StackRules kAtanRules{&applied<arcTangent, const StackOperands>, &operandError<const StackOperands>};
-constexpr StackRules kSqrtRules{&applied<squareRoot, const StackOperands>, &domainError<notNegative, const StackOperands>};
-constexpr StackRules kLnRules{&applied<naturalLogarithm, const StackOperands>, &domainError<positive, const StackOperands>};
-constexpr StackRules kAtan2Rules{&angle<const StackOperands>, &operandsError<const StackOperands>};
-constexpr StackRules kLogRules{&logarithm<const StackOperands>, &logarithmError<const StackOperands>};
+constexpr StackRules kSinRules{cellformula::operandRules<CNSin, applied<sine, const StackOperands>, operandError<const StackOperands>>()};
+constexpr StackRules kCosRules{cellformula::operandRules<CNCos, applied<cosine, const StackOperands>, operandError<const StackOperands>>()};
+constexpr StackRules kTanRules{cellformula::operandRules<CNTan, applied<tangent, const StackOperands>, operandError<const StackOperands>>()};
+constexpr StackRules kAsinRules{cellformula::operandRules<CNAsin, applied<arcSine, const StackOperands>, domainError<withinUnitRange, const StackOperands>>()};
+constexpr StackRules kAcosRules{cellformula::operandRules<CNAcos, applied<arcCosine, const StackOperands>, domainError<withinUnitRange, const StackOperands>>()};
+constexpr StackRules kAtanRules{cellformula::operandRules<CNAtan, applied<arcTangent, const StackOperands>, operandError<const StackOperands>>()};
+constexpr StackRules kSqrtRules{cellformula::operandRules<CNSqrt, applied<squareRoot, const StackOperands>, domainError<notNegative, const StackOperands>>()};
+constexpr StackRules kLnRules{cellformula::operandRules<CNLn, applied<naturalLogarithm, const StackOperands>, domainError<positive, const StackOperands>>()};
+constexpr StackRules kAtan2Rules{cellformula::operandRules<CNAtan2, angle<const StackOperands>, operandsError<const StackOperands>>()};
+constexpr StackRules kLogRules{cellformula::operandRules<CNLog, logarithm<const StackOperands>, logarithmError<const StackOperands>>()};
 
 }  // namespace
 

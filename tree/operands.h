@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include "astnode.h"
@@ -69,11 +70,29 @@ private:
     bool list_;
 };
 
-// A node's number and error rules for a compiled program's stack.
+// A node's number and error rules for a compiled program's stack, and the
+// class they belong to: a host's subclass of that class is not compiled so.
 struct StackRules {
-    double (*number)(const StackOperands& operands);
-    std::uint32_t (*error)(const StackOperands& operands);
+    const std::type_info* owner;
+    double (*number)(const ASTNode& node, const StackOperands& operands);
+    std::uint32_t (*error)(const ASTNode& node, const StackOperands& operands);
 };
+
+template <double (*rule)(const StackOperands&)>
+double numberOnStack(const ASTNode&, const StackOperands& operands) {
+    return rule(operands);
+}
+
+template <std::uint32_t (*rule)(const StackOperands&)>
+std::uint32_t errorOnStack(const ASTNode&, const StackOperands& operands) {
+    return rule(operands);
+}
+
+// The rules of a class whose answers depend on its operands alone.
+template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
+constexpr StackRules operandRules() {
+    return StackRules{&typeid(Node), &numberOnStack<numberRule>, &errorOnStack<errorRule>};
+}
 
 inline TreeOperands operandsOf(const CNSingleChildNode& node, Evaluation& evaluation) {
     return TreeOperands(evaluation, {node.poChild});
