@@ -116,9 +116,11 @@ public:
     }
 
 private:
+    // The stack grows down; a frame above the recorded top (the caller's own,
+    // where the context was made) has used nothing yet.
     bool stackRunsLow() const {
-        const char* here = static_cast<const char*>(__builtin_frame_address(0));
-        return static_cast<std::size_t>(stackTop_ - here) > stackBudget_;
+        const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+        return here + stackBudget_ < reinterpret_cast<std::uintptr_t>(stackTop_);
     }
 
     template <typename Work>
