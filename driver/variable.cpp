@@ -7,9 +7,14 @@ using cellformula::StackOperands;
 
 namespace {
 
-// The host's current value; a record without one reads as 0.
+// Where the host's current value is; a record without one reads as 0.
+const double* recordSource(const VariableRecord& record) {
+    static constexpr double kNoValue = 0.0;
+    return record.pf64Value != nullptr ? record.pf64Value : &kNoValue;
+}
+
 double recordNumber(const VariableRecord& record) {
-    return record.pf64Value != nullptr ? *record.pf64Value : 0.0;
+    return *recordSource(record);
 }
 
 // The host's own code first; otherwise a record without the value its type
@@ -20,6 +25,10 @@ std::uint32_t recordError(const VariableRecord& record) {
     return record.poText != nullptr ? ErrNone : ErrNoValue;
 }
 
+const double* variableSource(const ASTNode& node) {
+    return recordSource(static_cast<const CNVariable&>(node).oRecord);
+}
+
 double variableNumber(const ASTNode& node, const StackOperands&) {
     return recordNumber(static_cast<const CNVariable&>(node).oRecord);
 }
@@ -28,7 +37,8 @@ std::uint32_t variableError(const ASTNode& node, const StackOperands&) {
     return recordError(static_cast<const CNVariable&>(node).oRecord);
 }
 
-constexpr cellformula::StackRules kVariableRules{&typeid(CNVariable), &variableNumber, &variableError};
+constexpr cellformula::StackRules kVariableRules{&typeid(CNVariable), &variableNumber, &variableError,
+                                                 &variableSource};
 
 }  // namespace
 

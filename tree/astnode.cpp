@@ -139,20 +139,28 @@ namespace {
 
 constexpr double kPi = 3.141592653589793;
 
-double constantValue(const ASTNode& node, const cellformula::StackOperands&) {
-    return static_cast<const CNConstant&>(node).f64Value;
+const double* constantSource(const ASTNode& node) {
+    return &static_cast<const CNConstant&>(node).f64Value;
 }
 
-double piValue(const ASTNode&, const cellformula::StackOperands&) {
-    return kPi;
+double constantValue(const ASTNode& node, const cellformula::StackOperands&) {
+    return *constantSource(node);
+}
+
+const double* piSource(const ASTNode&) {
+    return &kPi;
+}
+
+double piValue(const ASTNode& node, const cellformula::StackOperands&) {
+    return *piSource(node);
 }
 
 std::uint32_t noError(const ASTNode&, const cellformula::StackOperands&) {
     return ErrNone;
 }
 
-constexpr cellformula::StackRules kConstantRules{&typeid(CNConstant), &constantValue, &noError};
-constexpr cellformula::StackRules kPiRules{&typeid(CNPi), &piValue, &noError};
+constexpr cellformula::StackRules kConstantRules{&typeid(CNConstant), &constantValue, &noError, &constantSource};
+constexpr cellformula::StackRules kPiRules{&typeid(CNPi), &piValue, &noError, &piSource};
 
 }  // namespace
 
@@ -163,7 +171,7 @@ double CNConstant::f64Evaluate() const {
 }
 
 double CNConstant::numberWithin(Evaluation&) const {
-    return f64Value;
+    return *constantSource(*this);
 }
 
 std::uint32_t CNConstant::typeWithin(Evaluation&) const {
@@ -225,7 +233,7 @@ double CNPi::f64Evaluate() const {
 }
 
 double CNPi::numberWithin(Evaluation&) const {
-    return kPi;
+    return *piSource(*this);
 }
 
 std::uint32_t CNPi::typeWithin(Evaluation&) const {

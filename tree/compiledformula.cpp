@@ -73,7 +73,9 @@ void CompiledFormula::compileStack() {
         }
         onStack[index] = true;
         needsErrors = needsErrors || typeid(*step.node) == typeid(CNIsError);
-        program.push_back({step.node, rules, step.operandCount, isList(*step.node)});
+        const double* source = rules->source != nullptr ? rules->source(*step.node) : nullptr;
+        const std::uint32_t sourceError = source != nullptr ? rules->error(*step.node, StackOperands(nullptr, nullptr, 0, false)) : ErrNone;
+        program.push_back({step.node, rules, source, sourceError, step.operandCount, isList(*step.node)});
         depth = depth - step.operandCount + 1;
         stackDepth_ = std::max(stackDepth_, depth);
     }
@@ -98,6 +100,12 @@ CompiledFormula::StackAnswer CompiledFormula::runStack(bool withErrors) const {
     }
     std::size_t top = 0;
     for (const StackStep& step : stackSteps_) {
+        if (step.source != nullptr) {
+            numbers[top] = *step.source;
+            errors[top] = step.sourceError;
+            ++top;
+            continue;
+        }
         top -= step.operandCount;
         const StackOperands operands(numbers + top, errors + top, step.operandCount, step.list);
         const double number = step.rules->number(*step.node, operands);

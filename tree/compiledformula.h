@@ -44,6 +44,8 @@ public:
     struct StackStep {
         const ASTNode* node;
         const StackRules* rules;
+        const double* source;        // a leaf's number, loaded directly; null for the others
+        std::uint32_t sourceError;   // a leaf's error, which its record fixes once for all
         std::uint32_t operandCount;
         bool list;
     };

@@ -76,6 +76,9 @@ struct StackRules {
     const std::type_info* owner;
     double (*number)(const ASTNode& node, const StackOperands& operands);
     std::uint32_t (*error)(const ASTNode& node, const StackOperands& operands);
+    // For a leaf, where its number is read from at every evaluation (its own
+    // field, or the host's storage); a program loads it from there directly.
+    const double* (*source)(const ASTNode& node) = nullptr;
 };
 
 template <double (*rule)(const StackOperands&)>
