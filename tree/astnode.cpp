@@ -107,11 +107,6 @@ void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
 
 namespace cellformula {
 
-double numberOfEntry(const ASTNode& node) {
-    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
-    return node.numberWithin(evaluation);
-}
-
 std::string textOfEntry(const ASTNode& node) {
     Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
     std::string text;

@@ -182,7 +182,10 @@ inline std::uint32_t errorOf(const ASTNode& node, Evaluation& evaluation) {
 }
 
 // The public operations of the library's nodes: each opens one call.
-double numberOfEntry(const ASTNode& node);
+inline double numberOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    return node.numberWithin(evaluation);
+}
 std::string textOfEntry(const ASTNode& node);
 std::uint32_t typeOfEntry(const ASTNode& node);
 std::uint32_t errorOfEntry(const ASTNode& node);

@@ -33,9 +33,6 @@ namespace cellformula {
 
 namespace {
 
-// A host thread may have as little as 256 KB of stack and may already be deep
-// in its own calls, so a call uses only this much of it before moving on.
-constexpr std::size_t kCallerStackBudget = 48 * 1024;
 // Each segment keeps a margin below its budget for the frames between two
 // checks and for host operations that run on it.
 constexpr std::size_t kSegmentSize = 8 * 1024 * 1024;
@@ -102,19 +99,6 @@ void runSegment(unsigned int high, unsigned int low) {
 }
 
 }  // namespace
-
-Evaluation::Evaluation(const ASTNode* entry, Memory memory)
-    : entry_(entry),
-      memory_(memory),
-      stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
-      stackBudget_(kCallerStackBudget) {}
-
-Evaluation::Evaluation(DeferredAnswers& answers)
-    : entry_(nullptr),
-      memory_(Memory::Deferred),
-      deferred_(&answers),
-      stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
-      stackBudget_(kCallerStackBudget) {}
 
 const std::string* Evaluation::rememberedText(const ASTNode* node) const {
     if (!texts_) return nullptr;

@@ -83,8 +83,12 @@ public:
     // rules for a compiled program, which supplies the operands' answers.
     enum class Memory { ConditionsOnly, Everything, Deferred };
 
-    Evaluation(const ASTNode* entry, Memory memory);
-    explicit Evaluation(DeferredAnswers& answers);
+    Evaluation(const ASTNode* entry, Memory memory)
+        : entry_(entry),
+          memory_(memory),
+          stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
+          stackBudget_(kCallerStackBudget) {}
+    explicit Evaluation(DeferredAnswers& answers) : Evaluation(nullptr, Memory::Deferred) { deferred_ = &answers; }
     Evaluation(const Evaluation&) = delete;
     Evaluation& operator=(const Evaluation&) = delete;
 
@@ -116,6 +120,11 @@ public:
     }
 
 private:
+    // A host thread may have as little as 256 KB of stack and may already be
+    // deep in its own calls, so a call uses only this much of it before
+    // moving on to segments of its own.
+    static constexpr std::size_t kCallerStackBudget = 48 * 1024;
+
     // The stack grows down; a frame above the recorded top (the caller's own,
     // where the context was made) has used nothing yet.
     bool stackRunsLow() const {

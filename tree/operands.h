@@ -21,29 +21,31 @@ public:
     // A node's operands in the order its rules number them: the one operand,
     // the pair, the list, or condition, then- and else-branch.
     TreeOperands(Evaluation& evaluation, std::initializer_list<const ASTNode*> few)
-        : evaluation_(evaluation), few_{}, nodes_(few_), count_(few.size()) {
+        : evaluation_(evaluation), few_{}, count_(few.size()) {
         std::size_t i = 0;
         for (const ASTNode* node : few) few_[i++] = node;
     }
     TreeOperands(Evaluation& evaluation, const std::vector<ASTNode*>& list)
-        : evaluation_(evaluation), few_{}, nodes_(list.data()), count_(list.size()), list_(true) {}
+        : evaluation_(evaluation), few_{}, list_(list.data()), count_(list.size()) {}
 
     std::size_t count() const { return count_; }
-    bool isList() const { return list_; }
-    bool present(std::size_t i) const { return nodes_[i] != nullptr; }
-    double number(std::size_t i) { return numberOf(*nodes_[i], evaluation_); }
+    bool isList() const { return list_ != nullptr; }
+    bool present(std::size_t i) const { return node(i) != nullptr; }
+    double number(std::size_t i) { return numberOf(*node(i), evaluation_); }
     // A value every question about the node depends on, worked out once per call.
-    double condition(std::size_t i) { return rememberedNumberOf(*nodes_[i], evaluation_); }
-    std::string text(std::size_t i) { return textOf(*nodes_[i], evaluation_); }
-    std::uint32_t type(std::size_t i) { return typeOf(*nodes_[i], evaluation_); }
-    std::uint32_t error(std::size_t i) { return errorOf(*nodes_[i], evaluation_); }
+    double condition(std::size_t i) { return rememberedNumberOf(*node(i), evaluation_); }
+    std::string text(std::size_t i) { return textOf(*node(i), evaluation_); }
+    std::uint32_t type(std::size_t i) { return typeOf(*node(i), evaluation_); }
+    std::uint32_t error(std::size_t i) { return errorOf(*node(i), evaluation_); }
 
 private:
+    // Kept by value for the few, so that a rule's operands stay in registers.
+    const ASTNode* node(std::size_t i) const { return list_ != nullptr ? list_[i] : few_[i]; }
+
     Evaluation& evaluation_;
     const ASTNode* few_[3];
-    const ASTNode* const* nodes_;
+    const ASTNode* const* list_ = nullptr;
     std::size_t count_;
-    bool list_ = false;
 };
 
 // Operands whose numbers (and, where asked, errors) a compiled program has
