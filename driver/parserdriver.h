@@ -9,6 +9,7 @@
 #include "calculationcollection.h"
 #include "location.hh"
 #include "spreadsheethelper.h"
+#include "syntaxerror.h"
 
 namespace ExpressionParser {
 
@@ -39,6 +40,11 @@ public:
     void vSetCalcCollection(CalculationCollectionBase* source);
     std::string& oGetErrorMsg();
     VariableRecord getVariableFrom(const std::string& name) const;
+
+    // The failure of the last parse as data: null after a success, for a text
+    // that is no formula, and for failures other than a syntax error or a
+    // range corner that is no cell name. The error text is unaffected.
+    const SyntaxError* poGetSyntaxError() const;
 
     void error(const std::string& message);
     void error(const location& where, const std::string& message);

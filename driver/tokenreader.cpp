@@ -1,0 +1,32 @@
+#include "tokenreader.h"
+
+namespace ExpressionParser {
+
+TokenReader::TokenReader(const std::string& text) : text_(text), scanner_(&unusedStream_, nullptr) {
+    scanner_.vSetText("", text_);
+    scanner_.yyrestart(unusedStream_);
+}
+
+bool TokenReader::next(ScannedToken& token) {
+    if (finished_) return false;
+    value_.stringValue = nullptr;
+    const int code = scanner_.lex(&value_, &where_);
+    // The scanner's strings are the parser's to free; here nobody takes them.
+    const Parser::symbol_kind_type symbol = Parser::by_kind(static_cast<Parser::token_kind_type>(code)).kind();
+    if (symbol == Parser::symbol_kind::S_STRING || symbol == Parser::symbol_kind::S_TEXTLITERAL ||
+        symbol == Parser::symbol_kind::S_INPUT) {
+        delete value_.stringValue;
+    }
+    const std::size_t begin = lineStart_ + static_cast<std::size_t>(where_.begin.column - 1);
+    if (code == 0 && begin >= text_.size()) {
+        finished_ = true;
+        return false;
+    }
+    token.symbol = symbol;
+    token.begin = begin;
+    token.end = begin + static_cast<std::size_t>(scanner_.YYLeng());
+    if (symbol == Parser::symbol_kind::S_EOL) lineStart_ = token.end;
+    return true;
+}
+
+}  // namespace ExpressionParser
