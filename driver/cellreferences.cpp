@@ -14,17 +14,17 @@ struct NameToken {
     bool isCell;
 };
 
-NameToken readName(const std::string& formula, const ScannedToken& token) {
-    const std::string name = formula.substr(token.begin, token.end - token.begin);
+NameToken readName(std::string_view formula, const ScannedToken& token) {
+    const std::string_view name = formula.substr(token.begin, token.end - token.begin);
     NameToken read{CellCorner{token.begin, token.end, 0, 0, false, false}, false};
     int column = 0;
     int row = 0;
-    if (SpreadSheetHelper::s8CreateColumnLine(name, column, row) != 0) return read;
+    if (SpreadSheetHelper::s8CreateColumnLine(std::string(name), column, row) != 0) return read;
     // In a valid cell name a leading "$" marks the column and any later one the row.
     read.corner.s32Column = column;
     read.corner.s32Row = row;
     read.corner.bColumnAbsolute = name[0] == '$';
-    read.corner.bRowAbsolute = name.find('$', 1) != std::string::npos;
+    read.corner.bRowAbsolute = name.find('$', 1) != std::string_view::npos;
     read.isCell = true;
     return read;
 }
@@ -33,7 +33,10 @@ NameToken readName(const std::string& formula, const ScannedToken& token) {
 // it is clear whether a ":" and a second cell name make it a range.
 class ReferenceCollector {
 public:
-    explicit ReferenceCollector(const std::string& formula) : formula_(formula) {}
+    ReferenceCollector(const std::string& formula, std::vector<CellReference>& references)
+        : formula_(formula), references_(references) {
+        references_.clear();
+    }
 
     void take(const ScannedToken& token) {
         if (token.symbol == Symbol::S_STRING) {
@@ -61,10 +64,7 @@ public:
         flush();
     }
 
-    std::vector<CellReference> finish() {
-        flush();
-        return std::move(references_);
-    }
+    void finish() { flush(); }
 
 private:
     enum class Stage { Idle, AfterName, AfterColon };
@@ -76,20 +76,15 @@ private:
 
     void addSingle(const NameToken& name) {
         if (!name.isCell) return;
-        references_.push_back(CellReference{name.corner.u64Begin, name.corner.u64End, spanText(name.corner, name.corner),
-                                            false, name.corner, name.corner});
+        references_.push_back(CellReference{name.corner.u64Begin, name.corner.u64End, false, name.corner, name.corner});
     }
 
     void addRange(const CellCorner& from, const CellCorner& to) {
-        references_.push_back(CellReference{from.u64Begin, to.u64End, spanText(from, to), true, from, to});
+        references_.push_back(CellReference{from.u64Begin, to.u64End, true, from, to});
     }
 
-    std::string spanText(const CellCorner& from, const CellCorner& to) const {
-        return formula_.substr(from.u64Begin, to.u64End - from.u64Begin);
-    }
-
-    const std::string& formula_;
-    std::vector<CellReference> references_;
+    std::string_view formula_;
+    std::vector<CellReference>& references_;
     NameToken first_{};
     Stage stage_ = Stage::Idle;
 };
@@ -97,11 +92,17 @@ private:
 }  // namespace
 
 std::vector<CellReference> CellReferences::oGetReferences(const std::string& formula) {
-    ReferenceCollector collector(formula);
+    std::vector<CellReference> references;
+    vGetReferences(formula, references);
+    return references;
+}
+
+void CellReferences::vGetReferences(const std::string& formula, std::vector<CellReference>& references) {
+    ReferenceCollector collector(formula, references);
     TokenReader reader(formula);
     ScannedToken token{};
     while (reader.next(token)) collector.take(token);
-    return collector.finish();
+    collector.finish();
 }
 
 }  // namespace ExpressionParser

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ExpressionParser {
@@ -24,10 +25,12 @@ struct CellCorner {
 struct CellReference {
     std::uint64_t u64Begin;
     std::uint64_t u64End;
-    std::string oText;
     bool bIsRange;
     CellCorner oFrom;
     CellCorner oTo;
+
+    // The reference as written in the formula it was read from ("$A$1", "A1 : B3").
+    std::string_view oText(std::string_view formula) const { return formula.substr(u64Begin, u64End - u64Begin); }
 };
 
 class CellReferences {
@@ -41,6 +44,8 @@ public:
     // as a single cell. Works on incomplete texts too; never throws (beyond
     // running out of memory) and writes nothing.
     static std::vector<CellReference> oGetReferences(const std::string& formula);
+    // The same into a vector that the caller keeps between calls (cleared first).
+    static void vGetReferences(const std::string& formula, std::vector<CellReference>& references);
 };
 
 }  // namespace ExpressionParser

@@ -7,7 +7,7 @@ namespace {
 
 using Symbol = Parser::symbol_kind;
 
-TokenKind kindOf(Parser::symbol_kind_type symbol) {
+constexpr TokenKind kindOf(Parser::symbol_kind_type symbol) {
     switch (symbol) {
         case Symbol::S_YYEOF:
         case Symbol::S_EOL:
@@ -47,17 +47,35 @@ TokenKind kindOf(Parser::symbol_kind_type symbol) {
     return TokenKind::Invalid;
 }
 
+// Kinds looked up by symbol number: tokens of mixed kinds defeat branch
+// prediction in the switch.
+struct KindTable {
+    TokenKind kinds[Parser::YYNTOKENS]{};
+
+    constexpr KindTable() {
+        for (int symbol = 0; symbol < Parser::YYNTOKENS; ++symbol) {
+            kinds[symbol] = kindOf(static_cast<Parser::symbol_kind_type>(symbol));
+        }
+    }
+};
+
+constexpr KindTable kKinds;
+
 }  // namespace
 
 std::vector<FormulaToken> FormulaTokens::oGetTokens(const std::string& text) {
     std::vector<FormulaToken> tokens;
+    // Formulas hold a token every few bytes; room for that spares most regrowth.
+    tokens.reserve(text.size() / 4 + 1);
+    vGetTokens(text, tokens);
+    return tokens;
+}
+
+void FormulaTokens::vGetTokens(const std::string& text, std::vector<FormulaToken>& tokens) {
+    tokens.clear();
     TokenReader reader(text);
     ScannedToken token{};
-    while (reader.next(token)) {
-        tokens.push_back(FormulaToken{kindOf(token.symbol), token.begin, token.end,
-                                      text.substr(token.begin, token.end - token.begin)});
-    }
-    return tokens;
+    while (reader.next(token)) tokens.push_back(FormulaToken{kKinds.kinds[token.symbol], token.begin, token.end});
 }
 
 std::string FormulaTokens::oGetKindName(TokenKind kind) {

@@ -3,13 +3,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ExpressionParser {
 
 // What a token is, as an editor colours it; each kind is a group of the
 // parser's own tokens.
-enum class TokenKind {
+enum class TokenKind : std::uint8_t {
     Number,       // "integer" and "double"
     Text,         // a quoted text
     Name,         // a variable or cell name (STRING)
@@ -22,13 +23,15 @@ enum class TokenKind {
     Invalid,      // any byte the grammar has no token for, and an unterminated double quote
 };
 
-// One token of a formula text: its kind, its bytes [u64Begin, u64End) and
-// those bytes themselves.
+// One token of a formula text: its kind and its bytes [u64Begin, u64End).
+// It holds no text of its own, which keeps a long formula's token list small.
 struct FormulaToken {
     TokenKind oKind;
     std::uint64_t u64Begin;
     std::uint64_t u64End;
-    std::string oText;
+
+    // The token's bytes in the text it was read from.
+    std::string_view oText(std::string_view formula) const { return formula.substr(u64Begin, u64End - u64Begin); }
 };
 
 class FormulaTokens {
@@ -41,6 +44,10 @@ public:
     // read as given: no "=" is put before a bare number. Never throws (beyond
     // running out of memory) and writes nothing.
     static std::vector<FormulaToken> oGetTokens(const std::string& text);
+    // The same into a vector that the caller keeps between calls (it is
+    // cleared first), so an editor splitting at every keystroke allocates
+    // nothing once the vector has grown.
+    static void vGetTokens(const std::string& text, std::vector<FormulaToken>& tokens);
 
     // The kind's name in lower case: "number", "text", "name", "function",
     // "input", "operator", "separator", "parenthesis", "end", "invalid".

@@ -30,7 +30,7 @@ std::string describeTokens(const std::string& text) {
     std::string described;
     for (const FormulaToken& token : FormulaTokens::oGetTokens(text)) {
         if (!described.empty()) described += " | ";
-        described += FormulaTokens::oGetKindName(token.oKind) + " " + token.oText;
+        described += FormulaTokens::oGetKindName(token.oKind) + " " + std::string(token.oText(text));
     }
     return described;
 }
@@ -73,7 +73,7 @@ TEST(Tokens, SpansTileTheTextBetweenBlanks) {
     for (const FormulaToken& token : FormulaTokens::oGetTokens(text)) {
         for (; at < token.u64Begin; ++at) EXPECT_NE(std::string(" \t\r").find(text[at]), std::string::npos) << at;
         EXPECT_LT(token.u64Begin, token.u64End);
-        EXPECT_EQ(text.substr(token.u64Begin, token.u64End - token.u64Begin), token.oText);
+        EXPECT_EQ(text.substr(token.u64Begin, token.u64End - token.u64Begin), token.oText(text));
         at = token.u64End;
     }
     EXPECT_EQ(text.find_first_not_of(" ", at), std::string::npos);
@@ -143,7 +143,7 @@ TEST(Tokens, AgreeWithWhatTheParserReads) {
             located.begin.column = static_cast<int>(token.u64Begin - lineStart + 1);
             located.end = located.begin;
             located.end.column += static_cast<int>(token.u64End - token.u64Begin);
-            if (token.oText == "\n") {
+            if (token.oText(formula) == "\n") {
                 located.end.lines(1);
                 ++line;
                 lineStart = token.u64End;
@@ -161,7 +161,7 @@ std::string describeReferences(const std::string& formula) {
     for (const CellReference& r : CellReferences::oGetReferences(formula)) {
         if (!described.empty()) described += " | ";
         std::ostringstream one;
-        one << r.oText << " @" << r.u64Begin << "-" << r.u64End << (r.bIsRange ? " range " : " cell ");
+        one << r.oText(formula) << " @" << r.u64Begin << "-" << r.u64End << (r.bIsRange ? " range " : " cell ");
         for (const auto& corner : {r.oFrom, r.oTo}) {
             one << (corner.bColumnAbsolute ? "$" : "") << corner.s32Column << (corner.bRowAbsolute ? "$" : "")
                 << corner.s32Row << "@" << corner.u64Begin << " ";
@@ -213,7 +213,7 @@ TEST(References, AreTheNamesTheParserLooksUp) {
             EXPECT_EQ(column, corner.s32Column);
             EXPECT_EQ(row, corner.s32Row);
         }
-        if (!reference.bIsRange) cells.push_back(reference.oText);
+        if (!reference.bIsRange) cells.push_back(std::string(reference.oText(formula)));
     }
     // The host is asked for the range's cells and then for each name; named values are no references.
     const std::vector<std::string> expected = {"B1", "C1", "B2", "C2", "d4", "x", "$E$5", "A1", "A3"};

@@ -98,7 +98,7 @@ TEST(SyntaxErrors, SpanIsTheUnexpectedToken) {
         for (const auto& token : ExpressionParser::FormulaTokens::oGetTokens(formula)) {
             if (token.u64Begin == error->oBegin.u64Offset) {
                 EXPECT_EQ(token.u64End, error->oEnd.u64Offset);
-                atOffset = token.oText;
+                atOffset = std::string(token.oText(formula));
             }
         }
         EXPECT_NE(atOffset, "") << error->oUnexpected;
