@@ -1,45 +1,37 @@
 #include "variable.h"
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
 
 CNVariable::CNVariable(const VariableRecord& record) : oRecord(record) {}
 
 double CNVariable::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNVariable::numberWithin(Evaluation&) const {
     return oRecord.pf64Value != nullptr ? *oRecord.pf64Value : 0.0;
 }
 
-std::string CNVariable::stringEvaluate() const {
-    return oRecord.poText != nullptr ? *oRecord.poText : std::string();
+void CNVariable::appendTextWithin(Evaluation&, std::string& text) const {
+    if (oRecord.poText != nullptr) text += *oRecord.poText;
 }
 
-std::uint32_t CNVariable::exprType() {
+std::uint32_t CNVariable::typeWithin(Evaluation&) const {
     return oRecord.u32Type;
 }
 
-std::uint32_t CNVariable::errType() {
+std::uint32_t CNVariable::errorWithin(Evaluation&) const {
     if (oRecord.u32Error != ErrNone) return oRecord.u32Error;
     if (oRecord.u32Type == ExprNumber) return oRecord.pf64Value != nullptr ? ErrNone : ErrNoValue;
     return oRecord.poText != nullptr ? ErrNone : ErrNoValue;
 }
 
-// Inside a call the record is read directly, without a second dispatch.
-double CNVariable::numberWithin(EvaluationScope&) const {
-    return CNVariable::f64Evaluate();
-}
-
-std::string CNVariable::textWithin(EvaluationScope&) const {
-    return CNVariable::stringEvaluate();
-}
-
-std::uint32_t CNVariable::typeWithin(EvaluationScope&) const {
-    return oRecord.u32Type;
-}
-
-std::uint32_t CNVariable::errorWithin(EvaluationScope&) const {
-    return const_cast<CNVariable&>(*this).CNVariable::errType();  // only reads the record
-}
-
 void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNVariable::writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue&,
+                                  bool) const {
     writeIndent(stream, depth);
     if (oRecord.u32Type == ExprNumber) {
         stream << f64Evaluate();
@@ -47,4 +39,5 @@ void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const
         stream << stringEvaluate();
     }
     stream << std::endl;
+    return true;
 }

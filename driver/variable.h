@@ -11,13 +11,12 @@ public:
     explicit CNVariable(const VariableRecord& record);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     VariableRecord oRecord;
 };

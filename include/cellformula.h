@@ -6,6 +6,7 @@
 #include "astnode.h"
 #include "calculationcollection.h"
 #include "comparison.h"
+#include "formularesult.h"
 #include "logic.h"
 #include "mathfunctions.h"
 #include "parserdriver.h"

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
+using cellformula::appendTextOf;
 using cellformula::errorOf;
 using cellformula::numberOf;
-using cellformula::textOf;
 using cellformula::typeOf;
 
 // ---------------------------------------------------------------- CNNegate
@@ -13,11 +13,11 @@ using cellformula::typeOf;
 CNNegate::CNNegate(ASTNode* operand) : CNSingleChildNode(operand, "- negate") {}
 
 double CNNegate::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-double CNNegate::numberWithin(EvaluationScope& scope) const {
-    return -numberOf(*poChild, scope);
+double CNNegate::numberWithin(Evaluation& evaluation) const {
+    return -numberOf(*poChild, evaluation);
 }
 
 // ---------------------------------------------------------------- CNAdd
@@ -27,38 +27,28 @@ CNAdd::CNAdd(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "+
 CNAdd::CNAdd(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "+ add") {}
 
 double CNAdd::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNAdd::exprType() {
-    return cellformula::evaluateType(*this);
-}
 
-std::uint32_t CNAdd::errType() {
-    return cellformula::evaluateError(*this);
-}
 
-std::string CNAdd::stringEvaluate() const {
-    return cellformula::evaluateText(*this);
-}
 
 namespace {
 
-std::uint32_t sumType(const CNAdd& sum, EvaluationScope& scope) {
+std::uint32_t sumType(const CNAdd& sum, Evaluation& evaluation) {
     // Sums nest deeply (SUM(a;b;c) and a+b+c nest to the left) and every
     // level asks its operands' type again, so one call works it out once.
-    double remembered = 0.0;
-    if (scope.recall(&sum, remembered)) return static_cast<std::uint32_t>(remembered);
+    if (const std::uint32_t* known = evaluation.types().find(&sum)) return *known;
     std::uint32_t type = ExprNumber;
     if (sum.oChildren.empty()) {
-        const std::uint32_t left = typeOf(*sum.poLeft, scope);
-        const std::uint32_t right = typeOf(*sum.poRight, scope);
+        const std::uint32_t left = typeOf(*sum.poLeft, evaluation);
+        const std::uint32_t right = typeOf(*sum.poRight, evaluation);
         if (left != ExprNumber || right != ExprNumber) {
             type = (left == ExprNoType || right == ExprNoType) ? ExprNoType : ExprString;
         }
     } else {
         for (const ASTNode* child : sum.oChildren) {
-            const std::uint32_t childType = typeOf(*child, scope);
+            const std::uint32_t childType = typeOf(*child, evaluation);
             if (childType == ExprNoType) {
                 type = ExprNoType;
                 break;
@@ -66,50 +56,53 @@ std::uint32_t sumType(const CNAdd& sum, EvaluationScope& scope) {
             if (childType == ExprString) type = ExprString;
         }
     }
-    scope.remember(&sum, static_cast<double>(type));
+    evaluation.types().keep(&sum, type);
     return type;
 }
 
 // Like the shared operand rule, but a text operand is welcome: only an
 // operand without a type is wrong.
-std::uint32_t sumError(const CNAdd& sum, EvaluationScope& scope) {
+std::uint32_t sumError(const CNAdd& sum, Evaluation& evaluation) {
     if (sum.oChildren.empty()) {
-        if (typeOf(*sum.poLeft, scope) == ExprNoType) return ErrWrongType;
-        if (typeOf(*sum.poRight, scope) == ExprNoType) return ErrWrongType;
-        const std::uint32_t leftError = errorOf(*sum.poLeft, scope);
+        if (typeOf(*sum.poLeft, evaluation) == ExprNoType) return ErrWrongType;
+        if (typeOf(*sum.poRight, evaluation) == ExprNoType) return ErrWrongType;
+        const std::uint32_t leftError = errorOf(*sum.poLeft, evaluation);
         if (leftError != ErrNone) return leftError;
-        return errorOf(*sum.poRight, scope);
+        return errorOf(*sum.poRight, evaluation);
     }
     for (const ASTNode* child : sum.oChildren) {
-        const std::uint32_t error = errorOf(*child, scope);
+        const std::uint32_t error = errorOf(*child, evaluation);
         if (error != ErrNone) return error;
-        if (typeOf(*child, scope) == ExprNoType) return ErrWrongType;
+        if (typeOf(*child, evaluation) == ExprNoType) return ErrWrongType;
     }
     return ErrNone;
 }
 
 }  // namespace
 
-double CNAdd::numberWithin(EvaluationScope& scope) const {
-    if (isPairForm()) return numberOf(*poLeft, scope) + numberOf(*poRight, scope);
+double CNAdd::numberWithin(Evaluation& evaluation) const {
+    if (isPairForm()) return numberOf(*poLeft, evaluation) + numberOf(*poRight, evaluation);
     double total = 0.0;
-    for (const ASTNode* child : oChildren) total += numberOf(*child, scope);
+    for (const ASTNode* child : oChildren) total += numberOf(*child, evaluation);
     return total;
 }
 
-std::string CNAdd::textWithin(EvaluationScope& scope) const {
-    if (isPairForm()) return textOf(*poLeft, scope) + textOf(*poRight, scope);
-    std::string text;
-    for (const ASTNode* child : oChildren) text += textOf(*child, scope);
-    return text;
+// Each operand appends to the one text, so a long chain of sums stays linear.
+void CNAdd::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (isPairForm()) {
+        appendTextOf(*poLeft, evaluation, text);
+        appendTextOf(*poRight, evaluation, text);
+        return;
+    }
+    for (const ASTNode* child : oChildren) appendTextOf(*child, evaluation, text);
 }
 
-std::uint32_t CNAdd::typeWithin(EvaluationScope& scope) const {
-    return sumType(*this, scope);
+std::uint32_t CNAdd::typeWithin(Evaluation& evaluation) const {
+    return sumType(*this, evaluation);
 }
 
-std::uint32_t CNAdd::errorWithin(EvaluationScope& scope) const {
-    return sumError(*this, scope);
+std::uint32_t CNAdd::errorWithin(Evaluation& evaluation) const {
+    return sumError(*this, evaluation);
 }
 
 // ---------------------------------------------------------------- CNSubtract, CNMultiply
@@ -117,23 +110,23 @@ std::uint32_t CNAdd::errorWithin(EvaluationScope& scope) const {
 CNSubtract::CNSubtract(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "- subtract") {}
 
 double CNSubtract::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-double CNSubtract::numberWithin(EvaluationScope& scope) const {
-    const double left = numberOf(*poLeft, scope);
-    return left - numberOf(*poRight, scope);
+double CNSubtract::numberWithin(Evaluation& evaluation) const {
+    const double left = numberOf(*poLeft, evaluation);
+    return left - numberOf(*poRight, evaluation);
 }
 
 CNMultiply::CNMultiply(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "* multiply") {}
 
 double CNMultiply::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-double CNMultiply::numberWithin(EvaluationScope& scope) const {
-    const double left = numberOf(*poLeft, scope);
-    return left * numberOf(*poRight, scope);
+double CNMultiply::numberWithin(Evaluation& evaluation) const {
+    const double left = numberOf(*poLeft, evaluation);
+    return left * numberOf(*poRight, evaluation);
 }
 
 // ---------------------------------------------------------------- CNDivide, CNModulo
@@ -141,9 +134,9 @@ double CNMultiply::numberWithin(EvaluationScope& scope) const {
 namespace {
 
 // Division and remainder share one test: the operand rule, then a zero divisor.
-std::uint32_t divisorError(const CNManyChildrenNode& node, std::uint32_t operandsError, EvaluationScope& scope) {
+std::uint32_t divisorError(const CNManyChildrenNode& node, std::uint32_t operandsError, Evaluation& evaluation) {
     if (operandsError != ErrNone) return operandsError;
-    return numberOf(*node.poRight, scope) == 0.0 ? ErrDomain : ErrNone;
+    return numberOf(*node.poRight, evaluation) == 0.0 ? ErrDomain : ErrNone;
 }
 
 }  // namespace
@@ -151,39 +144,33 @@ std::uint32_t divisorError(const CNManyChildrenNode& node, std::uint32_t operand
 CNDivide::CNDivide(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "/ divide") {}
 
 double CNDivide::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNDivide::errType() {
-    return cellformula::evaluateError(*this);
+
+double CNDivide::numberWithin(Evaluation& evaluation) const {
+    const double left = numberOf(*poLeft, evaluation);
+    return left / numberOf(*poRight, evaluation);
 }
 
-double CNDivide::numberWithin(EvaluationScope& scope) const {
-    const double left = numberOf(*poLeft, scope);
-    return left / numberOf(*poRight, scope);
-}
-
-std::uint32_t CNDivide::errorWithin(EvaluationScope& scope) const {
-    return divisorError(*this, operandsError(scope), scope);
+std::uint32_t CNDivide::errorWithin(Evaluation& evaluation) const {
+    return divisorError(*this, operandsError(evaluation), evaluation);
 }
 
 CNModulo::CNModulo(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "% modulo") {}
 
 double CNModulo::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNModulo::errType() {
-    return cellformula::evaluateError(*this);
+
+double CNModulo::numberWithin(Evaluation& evaluation) const {
+    const double left = numberOf(*poLeft, evaluation);
+    return std::fmod(left, numberOf(*poRight, evaluation));
 }
 
-double CNModulo::numberWithin(EvaluationScope& scope) const {
-    const double left = numberOf(*poLeft, scope);
-    return std::fmod(left, numberOf(*poRight, scope));
-}
-
-std::uint32_t CNModulo::errorWithin(EvaluationScope& scope) const {
-    return divisorError(*this, operandsError(scope), scope);
+std::uint32_t CNModulo::errorWithin(Evaluation& evaluation) const {
+    return divisorError(*this, operandsError(evaluation), evaluation);
 }
 
 // ---------------------------------------------------------------- CNPower
@@ -191,27 +178,24 @@ std::uint32_t CNModulo::errorWithin(EvaluationScope& scope) const {
 CNPower::CNPower(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "^ power") {}
 
 double CNPower::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNPower::errType() {
-    return cellformula::evaluateError(*this);
-}
 
-double CNPower::numberWithin(EvaluationScope& scope) const {
-    const double base = numberOf(*poLeft, scope);
-    const double exponent = numberOf(*poRight, scope);
+double CNPower::numberWithin(Evaluation& evaluation) const {
+    const double base = numberOf(*poLeft, evaluation);
+    const double exponent = numberOf(*poRight, evaluation);
     // Squares are common in formulas; pow(x, 2) is exactly x * x, which
     // compilers rely on too, and costs a fraction of the general routine.
     if (exponent == 2.0) return base * base;
     return std::pow(base, exponent);
 }
 
-std::uint32_t CNPower::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operands = operandsError(scope);
+std::uint32_t CNPower::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operands = operandsError(evaluation);
     if (operands != ErrNone) return operands;
-    const double base = numberOf(*poLeft, scope);
-    const double exponent = numberOf(*poRight, scope);
+    const double base = numberOf(*poLeft, evaluation);
+    const double exponent = numberOf(*poRight, evaluation);
     if (base == 0.0 && exponent < 0.0) return ErrInfinite;
     double integralPart = 0.0;
     if (base < 0.0 && std::modf(exponent, &integralPart) != 0.0) return ErrDomain;

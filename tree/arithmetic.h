@@ -8,7 +8,7 @@ class CNNegate : public CNSingleChildNode {
 public:
     explicit CNNegate(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Addition and SUM; with a text operand it concatenates texts.
@@ -17,13 +17,10 @@ public:
     CNAdd(ASTNode* left, ASTNode* right);
     explicit CNAdd(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Subtraction.
@@ -31,7 +28,7 @@ class CNSubtract : public CNManyChildrenNode {
 public:
     CNSubtract(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Multiplication.
@@ -39,7 +36,7 @@ class CNMultiply : public CNManyChildrenNode {
 public:
     CNMultiply(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Division; a zero divisor is a domain error.
@@ -47,9 +44,8 @@ class CNDivide : public CNManyChildrenNode {
 public:
     CNDivide(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Remainder with the sign of the dividend (fmod).
@@ -57,9 +53,8 @@ class CNModulo : public CNManyChildrenNode {
 public:
     CNModulo(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Power (pow); 0 to a negative power and roots of negatives are errors.
@@ -67,9 +62,8 @@ class CNPower : public CNManyChildrenNode {
 public:
     CNPower(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 #endif

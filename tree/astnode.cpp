@@ -2,9 +2,11 @@
 
 #include <utility>
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
+using cellformula::OutlineQueue;
 using cellformula::errorOf;
-using cellformula::numberOf;
+using cellformula::answersByRules;
+using cellformula::isLibraryNode;
 using cellformula::typeOf;
 
 // ---------------------------------------------------------------- ASTNode
@@ -12,35 +14,47 @@ using cellformula::typeOf;
 ASTNode::~ASTNode() = default;
 
 std::uint32_t ASTNode::exprType() {
-    return ExprNumber;
+    return cellformula::typeOfEntry(*this);
 }
 
 std::uint32_t ASTNode::errType() {
-    return ErrNone;
+    return cellformula::errorOfEntry(*this);
 }
 
 std::string ASTNode::stringEvaluate() const {
-    return QuandelUtils::sstringify(f64Evaluate());
+    return cellformula::textOfEntry(*this);
 }
 
-// A node defined outside the library only has its public operations.
-double ASTNode::numberWithin(EvaluationScope&) const {
+// A node asked by its own public operation answers by the defaults (a number,
+// no error, its value as text); asked as an operand, it answers through its
+// public operations, which a host's class may override.
+double ASTNode::numberWithin(Evaluation&) const {
     return f64Evaluate();
 }
 
-std::string ASTNode::textWithin(EvaluationScope&) const {
-    return stringEvaluate();
+void ASTNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (evaluation.isEntry(this)) {
+        text += QuandelUtils::sstringify(f64Evaluate());
+        return;
+    }
+    text += stringEvaluate();
 }
 
-std::uint32_t ASTNode::typeWithin(EvaluationScope&) const {
+std::uint32_t ASTNode::typeWithin(Evaluation& evaluation) const {
+    if (evaluation.isEntry(this)) return ExprNumber;
     return const_cast<ASTNode&>(*this).exprType();
 }
 
-std::uint32_t ASTNode::errorWithin(EvaluationScope&) const {
+std::uint32_t ASTNode::errorWithin(Evaluation& evaluation) const {
+    if (evaluation.isEntry(this)) return ErrNone;
     return const_cast<ASTNode&>(*this).errType();
 }
 
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
+
+bool ASTNode::writeOutlineLine(std::stringstream&, unsigned int, OutlineQueue&, bool) const {
+    return false;
+}
 
 void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
     // Room for a typical formula's whole tree up front, rather than growing
@@ -56,72 +70,117 @@ void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
     }
 }
 
-void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
-    for (unsigned int i = 0; i < depth; ++i) stream << "  ";
+void ASTNode::printOutline(std::stringstream& stream, unsigned int depth) const {
+    OutlineQueue queue;
+    if (!writeOutlineLine(stream, depth, queue, true)) return;
+    while (!queue.empty()) {
+        const auto [node, nodeDepth] = queue.back();
+        queue.pop_back();
+        if (!node->writeOutlineLine(stream, nodeDepth, queue, false)) node->vPrintNode(stream, nodeDepth);
+    }
 }
+
+void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
+    // Written in runs rather than two blanks at a time: deep outlines are
+    // mostly indentation.
+    static constexpr char kBlanks[] = "                                                                ";
+    constexpr std::size_t kRun = sizeof kBlanks - 1;
+    std::size_t remaining = 2 * static_cast<std::size_t>(depth);
+    while (remaining > 0) {
+        const std::size_t run = remaining < kRun ? remaining : kRun;
+        stream.write(kBlanks, static_cast<std::streamsize>(run));
+        remaining -= run;
+    }
+}
+
+namespace cellformula {
+
+double numberOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    return node.numberWithin(evaluation);
+}
+
+std::string textOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    std::string text;
+    node.appendTextWithin(evaluation, text);
+    return text;
+}
+
+std::uint32_t typeOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
+    return node.typeWithin(evaluation);
+}
+
+// Error rules ask again for values their operands' rules computed, so this
+// call keeps every value and text it computes.
+std::uint32_t errorOfEntry(const ASTNode& node) {
+    Evaluation evaluation(&node, Evaluation::Memory::Everything);
+    return node.errorWithin(evaluation);
+}
+
+}  // namespace cellformula
 
 // ---------------------------------------------------------------- leaves
 
 CNConstant::CNConstant(double value) : f64Value(value) {}
 
 double CNConstant::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNConstant::numberWithin(Evaluation&) const {
     return f64Value;
 }
 
-void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    writeIndent(stream, depth);
-    stream << f64Value << std::endl;
-}
-
-double CNConstant::numberWithin(EvaluationScope&) const {
-    return f64Value;
-}
-
-std::string CNConstant::textWithin(EvaluationScope&) const {
-    return QuandelUtils::sstringify(f64Value);
-}
-
-std::uint32_t CNConstant::typeWithin(EvaluationScope&) const {
+std::uint32_t CNConstant::typeWithin(Evaluation&) const {
     return ExprNumber;
 }
 
-std::uint32_t CNConstant::errorWithin(EvaluationScope&) const {
+std::uint32_t CNConstant::errorWithin(Evaluation&) const {
     return ErrNone;
+}
+
+void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
+    writeIndent(stream, depth);
+    stream << f64Value << std::endl;
+    return true;
 }
 
 CNStringConstant::CNStringConstant(const std::string& text) : oValue(text) {}
 
 double CNStringConstant::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNStringConstant::numberWithin(Evaluation&) const {
     return 0.0;
+}
+
+std::uint32_t CNStringConstant::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+std::uint32_t CNStringConstant::errorWithin(Evaluation&) const {
+    return ErrNone;
 }
 
 void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
     writeIndent(stream, depth);
     stream << oValue << std::endl;
+    return true;
 }
 
-std::uint32_t CNStringConstant::exprType() {
-    return ExprString;
-}
-
-std::string CNStringConstant::stringEvaluate() const {
-    return oValue;
-}
-
-double CNStringConstant::numberWithin(EvaluationScope&) const {
-    return 0.0;
-}
-
-std::string CNStringConstant::textWithin(EvaluationScope&) const {
-    return oValue;
-}
-
-std::uint32_t CNStringConstant::typeWithin(EvaluationScope&) const {
-    return ExprString;
-}
-
-std::uint32_t CNStringConstant::errorWithin(EvaluationScope&) const {
-    return ErrNone;
+void CNStringConstant::appendTextWithin(Evaluation&, std::string& text) const {
+    text += oValue;
 }
 
 namespace {
@@ -129,31 +188,36 @@ constexpr double kPi = 3.141592653589793;
 }
 
 double CNPi::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNPi::numberWithin(Evaluation&) const {
     return kPi;
 }
 
-void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    writeIndent(stream, depth);
-    stream << kPi << std::endl;
-}
-
-double CNPi::numberWithin(EvaluationScope&) const {
-    return kPi;
-}
-
-std::string CNPi::textWithin(EvaluationScope&) const {
-    return QuandelUtils::sstringify(kPi);
-}
-
-std::uint32_t CNPi::typeWithin(EvaluationScope&) const {
+std::uint32_t CNPi::typeWithin(Evaluation&) const {
     return ExprNumber;
 }
 
-std::uint32_t CNPi::errorWithin(EvaluationScope&) const {
+std::uint32_t CNPi::errorWithin(Evaluation&) const {
     return ErrNone;
 }
 
+void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNPi::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
+    writeIndent(stream, depth);
+    stream << kPi << std::endl;
+    return true;
+}
+
 // ---------------------------------------------------------------- one operand
+
+// The base's rules apply to the library's own classes and to the node whose
+// own public operation asked; any other subclass is a host's and is asked
+// through its public operations.
 
 CNSingleChildNode::CNSingleChildNode(ASTNode* child, const std::string& name)
     : poChild(child), oName(name) {}
@@ -163,30 +227,42 @@ CNSingleChildNode::~CNSingleChildNode() {
 }
 
 void CNSingleChildNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNSingleChildNode::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue& queue,
+                                         bool entry) const {
+    if (!entry && !isLibraryNode(*this)) return false;
     writeIndent(stream, depth);
     stream << oName << std::endl;
-    poChild->vPrintNode(stream, depth + 1);
+    queue.emplace_back(poChild, depth + 1);
+    return true;
 }
 
-std::uint32_t CNSingleChildNode::errType() {
-    return cellformula::evaluateError(*this);
+
+
+
+std::uint32_t CNSingleChildNode::operandError(Evaluation& evaluation) const {
+    if (typeOf(*poChild, evaluation) != ExprNumber) return ErrWrongType;
+    return errorOf(*poChild, evaluation);
 }
 
-std::uint32_t CNSingleChildNode::operandError(EvaluationScope& scope) const {
-    if (typeOf(*poChild, scope) != ExprNumber) return ErrWrongType;
-    return errorOf(*poChild, scope);
+void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!answersByRules(*this, evaluation)) {
+        text += stringEvaluate();
+        return;
+    }
+    text += QuandelUtils::sstringify(numberWithin(evaluation));
 }
 
-std::string CNSingleChildNode::textWithin(EvaluationScope& scope) const {
-    return QuandelUtils::sstringify(numberWithin(scope));
-}
-
-std::uint32_t CNSingleChildNode::typeWithin(EvaluationScope&) const {
+std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
+    if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).exprType();
     return ExprNumber;
 }
 
-std::uint32_t CNSingleChildNode::errorWithin(EvaluationScope& scope) const {
-    return operandError(scope);
+std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
+    if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).errType();
+    return operandError(evaluation);
 }
 
 void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
@@ -210,47 +286,60 @@ CNManyChildrenNode::~CNManyChildrenNode() {
 }
 
 void CNManyChildrenNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNManyChildrenNode::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue& queue,
+                                          bool entry) const {
+    if (!entry && !isLibraryNode(*this)) return false;
     writeIndent(stream, depth);
     stream << oName << std::endl;
+    // Queued last to first, so that the first operand prints first.
     if (isPairForm()) {
-        poLeft->vPrintNode(stream, depth + 1);
-        poRight->vPrintNode(stream, depth + 1);
-        return;
+        queue.emplace_back(poRight, depth + 1);
+        queue.emplace_back(poLeft, depth + 1);
+        return true;
     }
-    for (const ASTNode* child : oChildren) child->vPrintNode(stream, depth + 1);
+    for (auto child = oChildren.rbegin(); child != oChildren.rend(); ++child) queue.emplace_back(*child, depth + 1);
+    return true;
 }
 
-std::uint32_t CNManyChildrenNode::errType() {
-    return cellformula::evaluateError(*this);
-}
 
-std::uint32_t CNManyChildrenNode::operandsError(EvaluationScope& scope) const {
+
+
+std::uint32_t CNManyChildrenNode::operandsError(Evaluation& evaluation) const {
     if (isPairForm()) {
         if (poLeft == nullptr || poRight == nullptr) return ErrInvalidArg;
-        if (typeOf(*poLeft, scope) != ExprNumber) return ErrWrongType;
-        if (typeOf(*poRight, scope) != ExprNumber) return ErrWrongType;
-        const std::uint32_t leftError = errorOf(*poLeft, scope);
+        if (typeOf(*poLeft, evaluation) != ExprNumber) return ErrWrongType;
+        if (typeOf(*poRight, evaluation) != ExprNumber) return ErrWrongType;
+        const std::uint32_t leftError = errorOf(*poLeft, evaluation);
         if (leftError != ErrNone) return leftError;
-        return errorOf(*poRight, scope);
+        return errorOf(*poRight, evaluation);
     }
     for (const ASTNode* child : oChildren) {
-        const std::uint32_t error = errorOf(*child, scope);
+        const std::uint32_t error = errorOf(*child, evaluation);
         if (error != ErrNone) return error;
-        if (typeOf(*child, scope) != ExprNumber) return ErrWrongType;
+        if (typeOf(*child, evaluation) != ExprNumber) return ErrWrongType;
     }
     return ErrNone;
 }
 
-std::string CNManyChildrenNode::textWithin(EvaluationScope& scope) const {
-    return QuandelUtils::sstringify(numberWithin(scope));
+void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!answersByRules(*this, evaluation)) {
+        text += stringEvaluate();
+        return;
+    }
+    text += QuandelUtils::sstringify(numberWithin(evaluation));
 }
 
-std::uint32_t CNManyChildrenNode::typeWithin(EvaluationScope&) const {
+std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
+    if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).exprType();
     return ExprNumber;
 }
 
-std::uint32_t CNManyChildrenNode::errorWithin(EvaluationScope& scope) const {
-    return operandsError(scope);
+std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
+    if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
+    return operandsError(evaluation);
 }
 
 void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {

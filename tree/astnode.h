@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <utility>
+
 #include "evaluation.h"
 #include "sstringify.h"
 
@@ -32,12 +34,16 @@ enum ErrType : std::uint32_t {
 // A node of an expression tree. The six public operations keep their slot
 // order; the operations after them are the library's own plumbing.
 //
-// Evaluation recurses once per tree level. With the default 8 MB stack a tree
-// nested 40,000 levels deep evaluates safely in an optimised build (measured:
-// the costliest shape, IF nested in a compared condition, overflows between
-// 40,000 and 50,000 levels; a left-deep sum between 80,000 and 100,000 terms);
-// sanitizer builds need more stack per level. Parsing and deleting never
-// recurse, so trees of any depth can be built and freed.
+// What a host may rely on: every public operation of a tree the parser
+// returns runs in time linear in the tree's size and uses at most about
+// 64 KB of the calling thread's stack, whatever the tree's depth; deeper
+// walks continue on stack segments the call maps for itself and frees before
+// it returns. Parsing, printing and deleting never recurse. Nothing is
+// written into the tree, so one tree may be evaluated from several threads.
+//
+// A host's own node class, derived from ASTNode, CNSingleChildNode or
+// CNManyChildrenNode, is asked through its public operations wherever it
+// sits in a tree.
 class ASTNode {
 public:
     ASTNode() = default;
@@ -51,65 +57,99 @@ public:
     virtual std::uint32_t errType();
     virtual std::string stringEvaluate() const;
 
-    // The four operations again, inside the evaluation scope of one public
-    // call. The defaults ask the public operations, so nodes defined outside
-    // the library work unchanged.
-    virtual double numberWithin(cellformula::EvaluationScope& scope) const;
-    virtual std::string textWithin(cellformula::EvaluationScope& scope) const;
-    virtual std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const;
-    virtual std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const;
+    // The four questions again, within one public call: the library's nodes
+    // state their rules here, and their public operations open a call and ask
+    // them. The defaults ask the public operations, so a host's own nodes
+    // answer for themselves.
+    virtual double numberWithin(cellformula::Evaluation& evaluation) const;
+    virtual void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const;
+    virtual std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const;
+    virtual std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const;
 
     // Moves the owned operands into `pending` and forgets them, so that a tree
     // can be deleted with a work list instead of one stack frame per level.
     virtual void detachOperands(std::vector<ASTNode*>& pending);
 
+    // Writes this node's own outline line and queues its operands, or returns
+    // false for a node that prints itself through vPrintNode. `entry` is true
+    // for the node whose vPrintNode started the outline.
+    virtual bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                                  bool entry) const;
+
 protected:
     // Deletes the given subtrees without recursion.
     static void deleteSubtrees(std::vector<ASTNode*> pending);
+    // Prints the outline of this node's subtree without recursion.
+    void printOutline(std::stringstream& stream, unsigned int depth) const;
     static void writeIndent(std::stringstream& stream, unsigned int depth);
 };
 
 namespace cellformula {
 
-inline double numberOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.numberWithin(scope);
+// True when the node's class is one of the library's own, whose rules the
+// library may apply directly; a host's class is asked through its public
+// operations.
+bool isLibraryNode(const ASTNode& node);
+
+// True when a base may apply its own rules to the node: the node's own public
+// operation asked, or the node is the library's.
+inline bool answersByRules(const ASTNode& node, const Evaluation& evaluation) {
+    return evaluation.isEntry(&node) || isLibraryNode(node);
 }
 
-inline std::string textOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.textWithin(scope);
+// An operand's answers within one call, each on enough stack.
+inline double numberOf(const ASTNode& node, Evaluation& evaluation) {
+    if (!evaluation.remembersEverything()) {
+        return evaluation.withStack([&] { return node.numberWithin(evaluation); });
+    }
+    if (const double* known = evaluation.numbers().find(&node)) return *known;
+    const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
+    evaluation.numbers().keep(&node, number);
+    return number;
 }
 
-inline std::uint32_t typeOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.typeWithin(scope);
+// The same, remembered for the rest of the call whatever the call keeps:
+// an IF's condition decides every question asked of the IF.
+inline double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation) {
+    if (const double* known = evaluation.numbers().find(&node)) return *known;
+    const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
+    evaluation.numbers().keep(&node, number);
+    return number;
 }
 
-inline std::uint32_t errorOf(const ASTNode& node, EvaluationScope& scope) {
-    return node.errorWithin(scope);
+inline void appendTextOf(const ASTNode& node, Evaluation& evaluation, std::string& text) {
+    if (evaluation.remembersEverything()) {
+        if (const std::string* known = evaluation.rememberedText(&node)) {
+            text += *known;
+            return;
+        }
+    }
+    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
 }
 
-template <typename Node>
-double evaluateNumber(const Node& node) {
-    EvaluationScope scope;
-    return node.Node::numberWithin(scope);
+inline std::string textOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.remembersEverything()) {
+        if (const std::string* known = evaluation.rememberedText(&node)) return *known;
+    }
+    std::string text;
+    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
+    if (evaluation.remembersEverything()) evaluation.rememberText(&node, text);
+    return text;
 }
 
-template <typename Node>
-std::string evaluateText(const Node& node) {
-    EvaluationScope scope;
-    return node.Node::textWithin(scope);
+inline std::uint32_t typeOf(const ASTNode& node, Evaluation& evaluation) {
+    return evaluation.withStack([&] { return node.typeWithin(evaluation); });
 }
 
-template <typename Node>
-std::uint32_t evaluateType(const Node& node) {
-    EvaluationScope scope;
-    return node.Node::typeWithin(scope);
+inline std::uint32_t errorOf(const ASTNode& node, Evaluation& evaluation) {
+    return evaluation.withStack([&] { return node.errorWithin(evaluation); });
 }
 
-template <typename Node>
-std::uint32_t evaluateError(const Node& node) {
-    EvaluationScope scope;
-    return node.Node::errorWithin(scope);
-}
+// The public operations of the library's nodes: each opens one call.
+double numberOfEntry(const ASTNode& node);
+std::string textOfEntry(const ASTNode& node);
+std::uint32_t typeOfEntry(const ASTNode& node);
+std::uint32_t errorOfEntry(const ASTNode& node);
 
 }  // namespace cellformula
 
@@ -119,10 +159,11 @@ public:
     explicit CNConstant(double value);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     double f64Value;
 };
@@ -133,12 +174,12 @@ public:
     explicit CNStringConstant(const std::string& text);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     std::string oValue;
 };
@@ -149,37 +190,40 @@ public:
     CNPi() = default;
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 };
 
-// Base of the one-operand operators and functions. A subclass gives its value
-// through numberWithin; the base answers type ExprNumber, the formatted value
-// as text, and the one-operand rule as error.
+// Base of the one-operand operators and functions. A subclass states its
+// value in numberWithin; the base answers type ExprNumber, the formatted
+// value as text, and the one-operand rule as error, unless the subclass
+// states its own.
 class CNSingleChildNode : public ASTNode {
 public:
     explicit CNSingleChildNode(ASTNode* child, const std::string& name = std::string());
     ~CNSingleChildNode() override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t errType() override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     ASTNode* poChild;
     std::string oName;
 
 protected:
     // Operand not a number: wrong type; otherwise the operand's own error.
-    std::uint32_t operandError(cellformula::EvaluationScope& scope) const;
+    std::uint32_t operandError(cellformula::Evaluation& evaluation) const;
 };
 
 // Base of the nodes with two or more operands: either the pair poLeft/poRight
 // (oChildren empty) or the list oChildren built from a cell range. As with one
-// operand, a subclass gives its value and the base answers the rest.
+// operand, a subclass states its value and the base answers the rest.
 class CNManyChildrenNode : public ASTNode {
 public:
     CNManyChildrenNode(ASTNode* left, ASTNode* right, const std::string& name = std::string());
@@ -187,11 +231,12 @@ public:
                                 const std::string& name = std::string());
     ~CNManyChildrenNode() override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t errType() override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     std::vector<ASTNode*> oChildren;
     ASTNode* poLeft;
@@ -202,7 +247,7 @@ protected:
     bool isPairForm() const { return oChildren.empty(); }
     // Pair: absent operand, then both types, then left and right error.
     // List: per element its error, then its type.
-    std::uint32_t operandsError(cellformula::EvaluationScope& scope) const;
+    std::uint32_t operandsError(cellformula::Evaluation& evaluation) const;
 };
 
 #endif

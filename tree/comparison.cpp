@@ -1,6 +1,6 @@
 #include "comparison.h"
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -12,11 +12,11 @@ enum class Relation { Greater, Less, GreatEqual, LessEqual, Equal };
 
 // Two numbers compare as numbers; as soon as either operand is not a number
 // both compare as texts, byte by byte as unsigned values.
-double compareOperands(const CNManyChildrenNode& node, Relation relation, EvaluationScope& scope) {
-    const bool numbers = typeOf(*node.poLeft, scope) == ExprNumber && typeOf(*node.poRight, scope) == ExprNumber;
+double compareOperands(const CNManyChildrenNode& node, Relation relation, Evaluation& evaluation) {
+    const bool numbers = typeOf(*node.poLeft, evaluation) == ExprNumber && typeOf(*node.poRight, evaluation) == ExprNumber;
     if (numbers) {
-        const double left = numberOf(*node.poLeft, scope);
-        const double right = numberOf(*node.poRight, scope);
+        const double left = numberOf(*node.poLeft, evaluation);
+        const double right = numberOf(*node.poRight, evaluation);
         switch (relation) {
             case Relation::Greater: return left > right ? 1.0 : 0.0;
             case Relation::Less: return left < right ? 1.0 : 0.0;
@@ -25,8 +25,8 @@ double compareOperands(const CNManyChildrenNode& node, Relation relation, Evalua
             case Relation::Equal: return left == right ? 1.0 : 0.0;
         }
     }
-    const std::string left = textOf(*node.poLeft, scope);
-    const std::string right = textOf(*node.poRight, scope);
+    const std::string left = textOf(*node.poLeft, evaluation);
+    const std::string right = textOf(*node.poRight, evaluation);
     const int order = left.compare(right);
     switch (relation) {
         case Relation::Greater: return order > 0 ? 1.0 : 0.0;
@@ -40,31 +40,83 @@ double compareOperands(const CNManyChildrenNode& node, Relation relation, Evalua
 
 // A text operand is fine for a comparison; only an operand without a type
 // is wrong.
-std::uint32_t comparisonError(const CNManyChildrenNode& node, EvaluationScope& scope) {
-    if (typeOf(*node.poLeft, scope) == ExprNoType) return ErrWrongType;
-    if (typeOf(*node.poRight, scope) == ExprNoType) return ErrWrongType;
-    const std::uint32_t leftError = errorOf(*node.poLeft, scope);
+std::uint32_t comparisonError(const CNManyChildrenNode& node, Evaluation& evaluation) {
+    if (typeOf(*node.poLeft, evaluation) == ExprNoType) return ErrWrongType;
+    if (typeOf(*node.poRight, evaluation) == ExprNoType) return ErrWrongType;
+    const std::uint32_t leftError = errorOf(*node.poLeft, evaluation);
     if (leftError != ErrNone) return leftError;
-    return errorOf(*node.poRight, scope);
+    return errorOf(*node.poRight, evaluation);
 }
 
 }  // namespace
 
-#define CELLFORMULA_COMPARISON(Class, Label, Kind)                                      \
-    Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {} \
-    double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }     \
-    std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }         \
-    double Class::numberWithin(EvaluationScope& scope) const {                           \
-        return compareOperands(*this, Relation::Kind, scope);                            \
-    }                                                                                    \
-    std::uint32_t Class::errorWithin(EvaluationScope& scope) const {                     \
-        return comparisonError(*this, scope);                                            \
-    }
+CNGreater::CNGreater(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "> greater") {}
 
-CELLFORMULA_COMPARISON(CNGreater, "> greater", Greater)
-CELLFORMULA_COMPARISON(CNLess, "< less", Less)
-CELLFORMULA_COMPARISON(CNGreatEqual, ">= great equal", GreatEqual)
-CELLFORMULA_COMPARISON(CNLessEqual, "<= less equal", LessEqual)
-CELLFORMULA_COMPARISON(CNEqual, "= equal", Equal)
+double CNGreater::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
 
-#undef CELLFORMULA_COMPARISON
+double CNGreater::numberWithin(Evaluation& evaluation) const {
+    return compareOperands(*this, Relation::Greater, evaluation);
+}
+
+std::uint32_t CNGreater::errorWithin(Evaluation& evaluation) const {
+    return comparisonError(*this, evaluation);
+}
+
+CNLess::CNLess(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "< less") {}
+
+double CNLess::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNLess::numberWithin(Evaluation& evaluation) const {
+    return compareOperands(*this, Relation::Less, evaluation);
+}
+
+std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
+    return comparisonError(*this, evaluation);
+}
+
+CNGreatEqual::CNGreatEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, ">= great equal") {}
+
+double CNGreatEqual::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNGreatEqual::numberWithin(Evaluation& evaluation) const {
+    return compareOperands(*this, Relation::GreatEqual, evaluation);
+}
+
+std::uint32_t CNGreatEqual::errorWithin(Evaluation& evaluation) const {
+    return comparisonError(*this, evaluation);
+}
+
+CNLessEqual::CNLessEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "<= less equal") {}
+
+double CNLessEqual::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNLessEqual::numberWithin(Evaluation& evaluation) const {
+    return compareOperands(*this, Relation::LessEqual, evaluation);
+}
+
+std::uint32_t CNLessEqual::errorWithin(Evaluation& evaluation) const {
+    return comparisonError(*this, evaluation);
+}
+
+CNEqual::CNEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "= equal") {}
+
+double CNEqual::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNEqual::numberWithin(Evaluation& evaluation) const {
+    return compareOperands(*this, Relation::Equal, evaluation);
+}
+
+std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {
+    return comparisonError(*this, evaluation);
+}
+

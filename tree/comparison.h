@@ -8,9 +8,8 @@ class CNGreater : public CNManyChildrenNode {
 public:
     CNGreater(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x < y.
@@ -18,9 +17,8 @@ class CNLess : public CNManyChildrenNode {
 public:
     CNLess(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x >= y.
@@ -28,9 +26,8 @@ class CNGreatEqual : public CNManyChildrenNode {
 public:
     CNGreatEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x <= y.
@@ -38,9 +35,8 @@ class CNLessEqual : public CNManyChildrenNode {
 public:
     CNLessEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x = y, exact for numbers, byte for byte for texts.
@@ -48,9 +44,8 @@ class CNEqual : public CNManyChildrenNode {
 public:
     CNEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 #endif

@@ -1,28 +1,159 @@
 #include "evaluation.h"
 
+#include <sys/mman.h>
+#include <ucontext.h>
+
+#include <cstdint>
+#include <exception>
+#include <new>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define CELLFORMULA_ASAN 1
+#endif
+#if __has_feature(thread_sanitizer)
+#define CELLFORMULA_TSAN 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__)
+#define CELLFORMULA_ASAN 1
+#endif
+#if defined(__SANITIZE_THREAD__)
+#define CELLFORMULA_TSAN 1
+#endif
+
+#ifdef CELLFORMULA_ASAN
+#include <sanitizer/common_interface_defs.h>
+#endif
+#ifdef CELLFORMULA_TSAN
+#include <sanitizer/tsan_interface.h>
+#endif
+
 namespace cellformula {
 
-bool EvaluationScope::recall(const void* key, double& value) const {
-    for (std::size_t i = 0; i < inlineCount_; ++i) {
-        if (inlineEntries_[i].key == key) {
-            value = inlineEntries_[i].value;
-            return true;
-        }
+namespace {
+
+// A host thread may have as little as 256 KB of stack and may already be deep
+// in its own calls, so a call uses only this much of it before moving on.
+constexpr std::size_t kCallerStackBudget = 48 * 1024;
+// Each segment keeps a margin below its budget for the frames between two
+// checks and for host operations that run on it.
+constexpr std::size_t kSegmentSize = 8 * 1024 * 1024;
+constexpr std::size_t kSegmentMargin = 256 * 1024;
+
+// A stack segment mapped for one switch, with an unmapped guard page below it.
+class StackSegment {
+public:
+    StackSegment() {
+        void* memory = mmap(nullptr, kSegmentSize, PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
+        if (memory == MAP_FAILED) throw std::bad_alloc();
+        base_ = static_cast<char*>(memory);
+        mprotect(base_, kGuardSize, PROT_NONE);
     }
-    if (!overflow_) return false;
-    const auto found = overflow_->find(key);
-    if (found == overflow_->end()) return false;
-    value = found->second;
-    return true;
+    ~StackSegment() { munmap(base_, kSegmentSize); }
+    StackSegment(const StackSegment&) = delete;
+    StackSegment& operator=(const StackSegment&) = delete;
+
+    char* bottom() const { return base_ + kGuardSize; }
+    std::size_t size() const { return kSegmentSize - kGuardSize; }
+    const char* top() const { return base_ + kSegmentSize; }
+
+private:
+    static constexpr std::size_t kGuardSize = 4096;
+    char* base_ = nullptr;
+};
+
+// Everything the code on the segment needs, reached through one pointer
+// that makecontext passes as two integers.
+struct SegmentRun {
+    void (*body)(void*);
+    void* argument;
+    std::exception_ptr failure;
+    ucontext_t caller;
+    ucontext_t callee;
+#ifdef CELLFORMULA_ASAN
+    const void* callerBottom = nullptr;
+    std::size_t callerSize = 0;
+#endif
+#ifdef CELLFORMULA_TSAN
+    void* callerFiber = nullptr;
+    void* segmentFiber = nullptr;
+#endif
+};
+
+void runSegment(unsigned int high, unsigned int low) {
+    auto* run = reinterpret_cast<SegmentRun*>((static_cast<std::uintptr_t>(high) << 32) | low);
+#ifdef CELLFORMULA_ASAN
+    __sanitizer_finish_switch_fiber(nullptr, &run->callerBottom, &run->callerSize);
+#endif
+    try {
+        run->body(run->argument);
+    } catch (...) {
+        run->failure = std::current_exception();
+    }
+#ifdef CELLFORMULA_ASAN
+    __sanitizer_start_switch_fiber(nullptr, run->callerBottom, run->callerSize);
+#endif
+#ifdef CELLFORMULA_TSAN
+    __tsan_switch_to_fiber(run->callerFiber, 0);
+#endif
+    // Returning resumes the caller through uc_link.
 }
 
-void EvaluationScope::remember(const void* key, double value) {
-    if (inlineCount_ < kInlineEntries) {
-        inlineEntries_[inlineCount_++] = Entry{key, value};
-        return;
-    }
-    if (!overflow_) overflow_ = std::make_unique<std::unordered_map<const void*, double>>();
-    (*overflow_)[key] = value;
+}  // namespace
+
+Evaluation::Evaluation(const ASTNode* entry, Memory memory)
+    : entry_(entry),
+      memory_(memory),
+      stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
+      stackBudget_(kCallerStackBudget) {}
+
+const std::string* Evaluation::rememberedText(const ASTNode* node) const {
+    if (!texts_) return nullptr;
+    const auto found = texts_->find(node);
+    return found == texts_->end() ? nullptr : &found->second;
+}
+
+void Evaluation::rememberText(const ASTNode* node, const std::string& text) {
+    if (!texts_) texts_ = std::make_unique<std::unordered_map<const ASTNode*, std::string>>();
+    (*texts_)[node] = text;
+}
+
+void Evaluation::runOnFreshSegment(void (*body)(void*), void* argument) {
+    StackSegment segment;
+    SegmentRun run{body, argument, nullptr, {}, {}};
+    const char* savedTop = stackTop_;
+    const std::size_t savedBudget = stackBudget_;
+    stackTop_ = segment.top();
+    stackBudget_ = segment.size() - kSegmentMargin;
+
+    getcontext(&run.callee);
+    run.callee.uc_stack.ss_sp = segment.bottom();
+    run.callee.uc_stack.ss_size = segment.size();
+    run.callee.uc_link = &run.caller;
+    const auto address = reinterpret_cast<std::uintptr_t>(&run);
+    makecontext(&run.callee, reinterpret_cast<void (*)()>(&runSegment), 2,
+                static_cast<unsigned int>(address >> 32), static_cast<unsigned int>(address & 0xFFFFFFFFu));
+#ifdef CELLFORMULA_TSAN
+    run.callerFiber = __tsan_get_current_fiber();
+    run.segmentFiber = __tsan_create_fiber(0);
+    __tsan_switch_to_fiber(run.segmentFiber, 0);
+#endif
+#ifdef CELLFORMULA_ASAN
+    void* fakeStack = nullptr;
+    __sanitizer_start_switch_fiber(&fakeStack, segment.bottom(), segment.size());
+#endif
+    swapcontext(&run.caller, &run.callee);
+#ifdef CELLFORMULA_ASAN
+    __sanitizer_finish_switch_fiber(fakeStack, nullptr, nullptr);
+#endif
+#ifdef CELLFORMULA_TSAN
+    __tsan_destroy_fiber(run.segmentFiber);
+#endif
+    stackTop_ = savedTop;
+    stackBudget_ = savedBudget;
+    if (run.failure) std::rethrow_exception(run.failure);
 }
 
 }  // namespace cellformula

@@ -4,36 +4,37 @@
 #include <stdexcept>
 #include <utility>
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
 using cellformula::errorOf;
 using cellformula::numberOf;
-using cellformula::textOf;
+using cellformula::appendTextOf;
+using cellformula::rememberedNumberOf;
 using cellformula::typeOf;
 
 namespace {
 
 // AND stops at the first false operand, OR at the first true one.
-double connect(const CNManyChildrenNode& node, bool stopWhenTrue, EvaluationScope& scope) {
+double connect(const CNManyChildrenNode& node, bool stopWhenTrue, Evaluation& evaluation) {
     const double decided = stopWhenTrue ? 1.0 : 0.0;
     const double undecided = 1.0 - decided;
     if (node.oChildren.empty()) {
-        if ((numberOf(*node.poLeft, scope) != 0.0) == stopWhenTrue) return decided;
-        return (numberOf(*node.poRight, scope) != 0.0) ? 1.0 : 0.0;
+        if ((numberOf(*node.poLeft, evaluation) != 0.0) == stopWhenTrue) return decided;
+        return (numberOf(*node.poRight, evaluation) != 0.0) ? 1.0 : 0.0;
     }
     for (const ASTNode* child : node.oChildren) {
-        if ((numberOf(*child, scope) != 0.0) == stopWhenTrue) return decided;
+        if ((numberOf(*child, evaluation) != 0.0) == stopWhenTrue) return decided;
     }
     return undecided;
 }
 
 // fmin and fmax pass over a NaN when the other value is a number.
-double reduce(const CNManyChildrenNode& node, double (*pick)(double, double), EvaluationScope& scope) {
+double reduce(const CNManyChildrenNode& node, double (*pick)(double, double), Evaluation& evaluation) {
     if (node.oChildren.empty()) {
-        const double left = numberOf(*node.poLeft, scope);
-        return pick(left, numberOf(*node.poRight, scope));
+        const double left = numberOf(*node.poLeft, evaluation);
+        return pick(left, numberOf(*node.poRight, evaluation));
     }
-    double result = numberOf(*node.oChildren.front(), scope);
-    for (std::size_t i = 1; i < node.oChildren.size(); ++i) result = pick(result, numberOf(*node.oChildren[i], scope));
+    double result = numberOf(*node.oChildren.front(), evaluation);
+    for (std::size_t i = 1; i < node.oChildren.size(); ++i) result = pick(result, numberOf(*node.oChildren[i], evaluation));
     return result;
 }
 
@@ -47,48 +48,81 @@ double larger(double a, double b) {
 
 }  // namespace
 
-#define CELLFORMULA_LIST_FUNCTION(Class, Label, Evaluation)                                           \
-    Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {}           \
-    Class::Class(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, Label) {}      \
-    double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }                  \
-    double Class::numberWithin(EvaluationScope& scope) const { return Evaluation; }
+CNAnd::CNAnd(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "and logic") {}
 
-CELLFORMULA_LIST_FUNCTION(CNAnd, "and logic", connect(*this, false, scope))
-CELLFORMULA_LIST_FUNCTION(CNOr, "or logic", connect(*this, true, scope))
-CELLFORMULA_LIST_FUNCTION(CNMin, "min minimum", reduce(*this, smaller, scope))
-CELLFORMULA_LIST_FUNCTION(CNMax, "max maximum", reduce(*this, larger, scope))
+CNAnd::CNAnd(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "and logic") {}
 
-#undef CELLFORMULA_LIST_FUNCTION
+double CNAnd::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNAnd::numberWithin(Evaluation& evaluation) const {
+    return connect(*this, false, evaluation);
+}
+
+CNOr::CNOr(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "or logic") {}
+
+CNOr::CNOr(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "or logic") {}
+
+double CNOr::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNOr::numberWithin(Evaluation& evaluation) const {
+    return connect(*this, true, evaluation);
+}
+
+CNMin::CNMin(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "min minimum") {}
+
+CNMin::CNMin(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "min minimum") {}
+
+double CNMin::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNMin::numberWithin(Evaluation& evaluation) const {
+    return reduce(*this, smaller, evaluation);
+}
+
+CNMax::CNMax(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "max maximum") {}
+
+CNMax::CNMax(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "max maximum") {}
+
+double CNMax::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+double CNMax::numberWithin(Evaluation& evaluation) const {
+    return reduce(*this, larger, evaluation);
+}
+
 
 // ---------------------------------------------------------------- CNNot, CNIsError
 
 CNNot::CNNot(ASTNode* operand) : CNSingleChildNode(operand, "not logical") {}
 
 double CNNot::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-double CNNot::numberWithin(EvaluationScope& scope) const {
-    return numberOf(*poChild, scope) == 0.0 ? 1.0 : 0.0;
+double CNNot::numberWithin(Evaluation& evaluation) const {
+    return numberOf(*poChild, evaluation) == 0.0 ? 1.0 : 0.0;
 }
 
 CNIsError::CNIsError(ASTNode* operand) : CNSingleChildNode(operand, "Evaluate Error State") {}
 
 double CNIsError::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNIsError::errType() {
-    return cellformula::evaluateError(*this);
-}
 
 // Every error is absorbed except the host's unmaskable one.
-double CNIsError::numberWithin(EvaluationScope& scope) const {
-    return errorOf(*poChild, scope) != ErrNone ? 1.0 : 0.0;
+double CNIsError::numberWithin(Evaluation& evaluation) const {
+    return errorOf(*poChild, evaluation) != ErrNone ? 1.0 : 0.0;
 }
 
-std::uint32_t CNIsError::errorWithin(EvaluationScope& scope) const {
-    return errorOf(*poChild, scope) == ErrUnmaskable ? ErrUnmaskable : ErrNone;
+std::uint32_t CNIsError::errorWithin(Evaluation& evaluation) const {
+    return errorOf(*poChild, evaluation) == ErrUnmaskable ? ErrUnmaskable : ErrNone;
 }
 
 // ---------------------------------------------------------------- CNIf
@@ -111,78 +145,69 @@ void CNIf::detachOperands(std::vector<ASTNode*>& pending) {
 }
 
 double CNIf::f64Evaluate() const {
-    return cellformula::evaluateNumber(*this);
+    return cellformula::numberOfEntry(*this);
 }
 
-std::uint32_t CNIf::exprType() {
-    return cellformula::evaluateType(*this);
-}
-
-std::uint32_t CNIf::errType() {
-    return cellformula::evaluateError(*this);
-}
-
-std::string CNIf::stringEvaluate() const {
-    return cellformula::evaluateText(*this);
-}
-
-const ASTNode* CNIf::chosenBranch(EvaluationScope& scope, bool& conditionTrue) const {
+const ASTNode* CNIf::chosenBranch(Evaluation& evaluation, bool& conditionTrue) const {
     // Every operation of one call makes the same choice; the condition is
     // evaluated once per call, however often the nodes above ask.
-    double condition = 0.0;
-    if (!scope.recall(this, condition)) {
-        condition = numberOf(*poCondition, scope);
-        scope.remember(this, condition);
-    }
+    const double condition = rememberedNumberOf(*poCondition, evaluation);
     conditionTrue = condition != 0.0;
     return conditionTrue ? poThen : poElse;
 }
 
-double CNIf::numberWithin(EvaluationScope& scope) const {
+double CNIf::numberWithin(Evaluation& evaluation) const {
     if (poCondition == nullptr) return 0.0;
     bool conditionTrue = false;
-    const ASTNode* branch = chosenBranch(scope, conditionTrue);
-    if (branch != nullptr) return numberOf(*branch, scope);
+    const ASTNode* branch = chosenBranch(evaluation, conditionTrue);
+    if (branch != nullptr) return numberOf(*branch, evaluation);
     return conditionTrue ? 1.0 : 0.0;
 }
 
-std::string CNIf::textWithin(EvaluationScope& scope) const {
-    if (poCondition == nullptr) return std::string();
+void CNIf::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (poCondition == nullptr) return;
     bool conditionTrue = false;
-    const ASTNode* branch = chosenBranch(scope, conditionTrue);
-    return branch != nullptr ? textOf(*branch, scope) : std::string();
+    const ASTNode* branch = chosenBranch(evaluation, conditionTrue);
+    if (branch != nullptr) appendTextOf(*branch, evaluation, text);
 }
 
-std::uint32_t CNIf::typeWithin(EvaluationScope& scope) const {
+std::uint32_t CNIf::typeWithin(Evaluation& evaluation) const {
     if (poCondition == nullptr) return ExprNoType;
     // A condition whose value cannot be computed (an invalid BIN2DEC, a
     // negative RIGHT) leaves no usable type; classifying never throws.
     bool conditionTrue = false;
     const ASTNode* branch = nullptr;
     try {
-        branch = chosenBranch(scope, conditionTrue);
+        branch = chosenBranch(evaluation, conditionTrue);
     } catch (const std::invalid_argument&) {
         return ExprNoType;
     } catch (const std::out_of_range&) {
         return ExprNoType;
     }
-    return branch != nullptr ? typeOf(*branch, scope) : ExprNoType;
+    return branch != nullptr ? typeOf(*branch, evaluation) : ExprNoType;
 }
 
-std::uint32_t CNIf::errorWithin(EvaluationScope& scope) const {
+std::uint32_t CNIf::errorWithin(Evaluation& evaluation) const {
     if (poCondition == nullptr) return ErrWrongType;
-    const std::uint32_t conditionError = errorOf(*poCondition, scope);
+    const std::uint32_t conditionError = errorOf(*poCondition, evaluation);
     if (conditionError != ErrNone) return conditionError;
-    if (typeOf(*poCondition, scope) != ExprNumber) return ErrWrongType;
+    if (typeOf(*poCondition, evaluation) != ExprNumber) return ErrWrongType;
     bool conditionTrue = false;
-    const ASTNode* branch = chosenBranch(scope, conditionTrue);
-    return branch != nullptr ? errorOf(*branch, scope) : ErrWrongType;
+    const ASTNode* branch = chosenBranch(evaluation, conditionTrue);
+    return branch != nullptr ? errorOf(*branch, evaluation) : ErrWrongType;
 }
 
 void CNIf::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    printOutline(stream, depth);
+}
+
+bool CNIf::writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                            bool) const {
     writeIndent(stream, depth);
     stream << "IF condition" << std::endl;
-    poCondition->vPrintNode(stream, depth + 1);
-    if (poThen != nullptr) poThen->vPrintNode(stream, depth + 1);
-    if (poElse != nullptr) poElse->vPrintNode(stream, depth + 1);
+    // Queued last to first: condition, then the branches that are present.
+    if (poElse != nullptr) queue.emplace_back(poElse, depth + 1);
+    if (poThen != nullptr) queue.emplace_back(poThen, depth + 1);
+    queue.emplace_back(poCondition, depth + 1);
+    return true;
 }

@@ -9,7 +9,7 @@ public:
     CNAnd(ASTNode* left, ASTNode* right);
     explicit CNAnd(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // OR, stopping at the first true operand.
@@ -18,7 +18,7 @@ public:
     CNOr(ASTNode* left, ASTNode* right);
     explicit CNOr(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // MIN; a NaN is passed over when the other value is a number.
@@ -27,7 +27,7 @@ public:
     CNMin(ASTNode* left, ASTNode* right);
     explicit CNMin(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // MAX; a NaN is passed over when the other value is a number.
@@ -36,7 +36,7 @@ public:
     CNMax(ASTNode* left, ASTNode* right);
     explicit CNMax(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // NOT.
@@ -44,7 +44,7 @@ class CNNot : public CNSingleChildNode {
 public:
     explicit CNNot(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // ISERROR: absorbs every error but ErrUnmaskable.
@@ -52,9 +52,8 @@ class CNIsError : public CNSingleChildNode {
 public:
     explicit CNIsError(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // IF(condition; then; else); either branch may be absent.
@@ -64,14 +63,13 @@ public:
     ~CNIf() override;
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
+    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
+                          bool entry) const override;
 
     ASTNode* poCondition;
     ASTNode* poThen;
@@ -79,7 +77,7 @@ public:
 
 private:
     // The branch the condition picks, or null when that branch is absent.
-    const ASTNode* chosenBranch(cellformula::EvaluationScope& scope, bool& conditionTrue) const;
+    const ASTNode* chosenBranch(cellformula::Evaluation& evaluation, bool& conditionTrue) const;
 };
 
 #endif

@@ -8,7 +8,7 @@ class CNSin : public CNSingleChildNode {
 public:
     explicit CNSin(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // COS.
@@ -16,7 +16,7 @@ class CNCos : public CNSingleChildNode {
 public:
     explicit CNCos(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // TAN.
@@ -24,7 +24,7 @@ class CNTan : public CNSingleChildNode {
 public:
     explicit CNTan(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // ASIN, defined on -1..1.
@@ -32,9 +32,8 @@ class CNAsin : public CNSingleChildNode {
 public:
     explicit CNAsin(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // ACOS, defined on -1..1.
@@ -42,9 +41,8 @@ class CNAcos : public CNSingleChildNode {
 public:
     explicit CNAcos(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // ATAN.
@@ -52,7 +50,7 @@ class CNAtan : public CNSingleChildNode {
 public:
     explicit CNAtan(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // SQRT of a non-negative number.
@@ -60,9 +58,8 @@ class CNSqrt : public CNSingleChildNode {
 public:
     explicit CNSqrt(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // LN, natural logarithm.
@@ -70,9 +67,8 @@ class CNLn : public CNSingleChildNode {
 public:
     explicit CNLn(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // ATAN2(x;y): the angle of the point (x, y).
@@ -80,7 +76,7 @@ class CNAtan2 : public CNManyChildrenNode {
 public:
     CNAtan2(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // LOG(x;base); base 10 goes through log10 so LOG(1000) is exactly 3.
@@ -88,9 +84,8 @@ class CNLog : public CNManyChildrenNode {
 public:
     CNLog(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 #endif

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -60,105 +60,123 @@ std::uint32_t binaryTextError(const std::string& text) {
 
 }  // namespace
 
-#define CELLFORMULA_RADIX_COMMON(Class, Label, Type)                                   \
-    Class::Class(ASTNode* operand) : CNSingleChildNode(operand, Label) {}             \
-    double Class::f64Evaluate() const { return cellformula::evaluateNumber(*this); }   \
-    std::uint32_t Class::exprType() { return Type; }                                   \
-    std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }
+CNDec2Bin::CNDec2Bin(ASTNode* operand) : CNSingleChildNode(operand, "Dec To Bin") {}
 
-#define CELLFORMULA_RADIX_TEXT(Class) \
-    std::string Class::stringEvaluate() const { return cellformula::evaluateText(*this); }
-
-CELLFORMULA_RADIX_COMMON(CNDec2Bin, "Dec To Bin", ExprString)
-CELLFORMULA_RADIX_TEXT(CNDec2Bin)
-CELLFORMULA_RADIX_COMMON(CNBin2Dec, "Bin To Dec", ExprNumber)
-CELLFORMULA_RADIX_COMMON(CNDec2Hex, "Dec To Hex", ExprString)
-CELLFORMULA_RADIX_TEXT(CNDec2Hex)
-CELLFORMULA_RADIX_COMMON(CNHex2Dec, "Hex To Dec", ExprNumber)
-CELLFORMULA_RADIX_COMMON(CNBin2Hex, "Bin To Hex", ExprString)
-CELLFORMULA_RADIX_TEXT(CNBin2Hex)
-CELLFORMULA_RADIX_COMMON(CNHex2Bin, "Hex To Bin", ExprString)
-CELLFORMULA_RADIX_TEXT(CNHex2Bin)
-
-#undef CELLFORMULA_RADIX_COMMON
-#undef CELLFORMULA_RADIX_TEXT
-
-// The four radix texts: no value, a text type, digits as text.
-#define CELLFORMULA_RADIX_TEXT_WITHIN(Class)                                                        \
-    double Class::numberWithin(EvaluationScope&) const { return 0.0; }                           \
-    std::uint32_t Class::typeWithin(EvaluationScope&) const { return ExprString; }
-
-CELLFORMULA_RADIX_TEXT_WITHIN(CNDec2Bin)
-CELLFORMULA_RADIX_TEXT_WITHIN(CNDec2Hex)
-CELLFORMULA_RADIX_TEXT_WITHIN(CNBin2Hex)
-CELLFORMULA_RADIX_TEXT_WITHIN(CNHex2Bin)
-
-#undef CELLFORMULA_RADIX_TEXT_WITHIN
-
-std::string CNDec2Bin::textWithin(EvaluationScope& scope) const {
-    return binaryDigits(toUnsigned32(numberOf(*poChild, scope)));
+double CNDec2Bin::f64Evaluate() const {
+    return 0.0;
 }
 
-std::uint32_t CNDec2Bin::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operand = errorOf(*poChild, scope);
+std::uint32_t CNDec2Bin::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+CNBin2Dec::CNBin2Dec(ASTNode* operand) : CNSingleChildNode(operand, "Bin To Dec") {}
+
+double CNBin2Dec::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+CNDec2Hex::CNDec2Hex(ASTNode* operand) : CNSingleChildNode(operand, "Dec To Hex") {}
+
+double CNDec2Hex::f64Evaluate() const {
+    return 0.0;
+}
+
+std::uint32_t CNDec2Hex::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+CNHex2Dec::CNHex2Dec(ASTNode* operand) : CNSingleChildNode(operand, "Hex To Dec") {}
+
+double CNHex2Dec::f64Evaluate() const {
+    return cellformula::numberOfEntry(*this);
+}
+
+CNBin2Hex::CNBin2Hex(ASTNode* operand) : CNSingleChildNode(operand, "Bin To Hex") {}
+
+double CNBin2Hex::f64Evaluate() const {
+    return 0.0;
+}
+
+std::uint32_t CNBin2Hex::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+CNHex2Bin::CNHex2Bin(ASTNode* operand) : CNSingleChildNode(operand, "Hex To Bin") {}
+
+double CNHex2Bin::f64Evaluate() const {
+    return 0.0;
+}
+
+std::uint32_t CNHex2Bin::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+
+void CNDec2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    text += binaryDigits(toUnsigned32(numberOf(*poChild, evaluation)));
+}
+
+std::uint32_t CNDec2Bin::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
-    if (typeOf(*poChild, scope) == ExprString) return ErrInvalidArg;
-    const double value = numberOf(*poChild, scope);
+    if (typeOf(*poChild, evaluation) == ExprString) return ErrInvalidArg;
+    const double value = numberOf(*poChild, evaluation);
     return (value < 0.0 || value > 255.0) ? ErrInvalidArg : ErrNone;
 }
 
-std::string CNDec2Hex::textWithin(EvaluationScope& scope) const {
-    return hexDigits(toUnsigned32(numberOf(*poChild, scope)));
+void CNDec2Hex::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    text += hexDigits(toUnsigned32(numberOf(*poChild, evaluation)));
 }
 
-std::uint32_t CNDec2Hex::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operand = errorOf(*poChild, scope);
+std::uint32_t CNDec2Hex::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
-    if (numberOf(*poChild, scope) < 0.0) return ErrInvalidArg;
-    return typeOf(*poChild, scope) != ExprNumber ? ErrInvalidArg : ErrNone;
+    if (numberOf(*poChild, evaluation) < 0.0) return ErrInvalidArg;
+    return typeOf(*poChild, evaluation) != ExprNumber ? ErrInvalidArg : ErrNone;
 }
 
-double CNBin2Dec::numberWithin(EvaluationScope& scope) const {
-    return binaryValue(textOf(*poChild, scope));
+double CNBin2Dec::numberWithin(Evaluation& evaluation) const {
+    return binaryValue(textOf(*poChild, evaluation));
 }
 
-std::uint32_t CNBin2Dec::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operand = errorOf(*poChild, scope);
+std::uint32_t CNBin2Dec::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
-    return binaryTextError(textOf(*poChild, scope));
+    return binaryTextError(textOf(*poChild, evaluation));
 }
 
-double CNHex2Dec::numberWithin(EvaluationScope& scope) const {
-    return static_cast<double>(readHex(textOf(*poChild, scope)));
+double CNHex2Dec::numberWithin(Evaluation& evaluation) const {
+    return static_cast<double>(readHex(textOf(*poChild, evaluation)));
 }
 
-std::uint32_t CNHex2Dec::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operand = errorOf(*poChild, scope);
+std::uint32_t CNHex2Dec::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
-    const std::string text = textOf(*poChild, scope);
+    const std::string text = textOf(*poChild, evaluation);
     if (!onlyDigitsOf(text, kHexDigits)) return ErrInvalidArg;
     return readHex(text) < 0 ? ErrInvalidArg : ErrNone;
 }
 
-std::string CNBin2Hex::textWithin(EvaluationScope& scope) const {
-    const long binary = std::strtol(textOf(*poChild, scope).c_str(), nullptr, 2);
-    return hexDigits(static_cast<std::uint32_t>(binary));
+void CNBin2Hex::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    const long binary = std::strtol(textOf(*poChild, evaluation).c_str(), nullptr, 2);
+    text += hexDigits(static_cast<std::uint32_t>(binary));
 }
 
-std::uint32_t CNBin2Hex::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operand = errorOf(*poChild, scope);
+std::uint32_t CNBin2Hex::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
-    return binaryTextError(textOf(*poChild, scope));
+    return binaryTextError(textOf(*poChild, evaluation));
 }
 
-std::string CNHex2Bin::textWithin(EvaluationScope& scope) const {
-    return binaryDigits(static_cast<std::uint32_t>(readHex(textOf(*poChild, scope))));
+void CNHex2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    text += binaryDigits(static_cast<std::uint32_t>(readHex(textOf(*poChild, evaluation))));
 }
 
-std::uint32_t CNHex2Bin::errorWithin(EvaluationScope& scope) const {
-    const std::uint32_t operand = errorOf(*poChild, scope);
+std::uint32_t CNHex2Bin::errorWithin(Evaluation& evaluation) const {
+    const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
-    const std::string text = textOf(*poChild, scope);
+    const std::string text = textOf(*poChild, evaluation);
     if (!onlyDigitsOf(text, kHexDigits)) return ErrInvalidArg;
     return static_cast<std::uint32_t>(readHex(text)) > 255u ? ErrInvalidArg : ErrNone;
 }

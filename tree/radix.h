@@ -3,82 +3,62 @@
 
 #include "astnode.h"
 
-// DEC2BIN: 0..255 as binary digits.
+// DEC2BIN: binary digits of a number in 0..255.
 class CNDec2Bin : public CNSingleChildNode {
 public:
     explicit CNDec2Bin(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
-// BIN2DEC: up to eight binary digits; other digits throw std::invalid_argument.
+// BIN2DEC: the value of up to eight binary digits.
 class CNBin2Dec : public CNSingleChildNode {
 public:
     explicit CNBin2Dec(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
-// DEC2HEX: upper-case hexadecimal digits.
+// DEC2HEX: hexadecimal digits of a non-negative number.
 class CNDec2Hex : public CNSingleChildNode {
 public:
     explicit CNDec2Hex(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
-// HEX2DEC.
+// HEX2DEC: the value of hexadecimal digits.
 class CNHex2Dec : public CNSingleChildNode {
 public:
     explicit CNHex2Dec(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    double numberWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
-// BIN2HEX.
+// BIN2HEX: hexadecimal digits of binary digits.
 class CNBin2Hex : public CNSingleChildNode {
 public:
     explicit CNBin2Hex(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
-// HEX2BIN: values up to 255.
+// HEX2BIN: binary digits of hexadecimal digits up to FF.
 class CNHex2Bin : public CNSingleChildNode {
 public:
     explicit CNHex2Bin(ASTNode* operand);
     double f64Evaluate() const override;
-    std::uint32_t exprType() override;
-    std::uint32_t errType() override;
-    std::string stringEvaluate() const override;
-    double numberWithin(cellformula::EvaluationScope& scope) const override;
-    std::string textWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t typeWithin(cellformula::EvaluationScope& scope) const override;
-    std::uint32_t errorWithin(cellformula::EvaluationScope& scope) const override;
+    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
+    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 #endif

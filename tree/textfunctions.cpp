@@ -7,7 +7,7 @@
 #include <ios>
 #include <stdexcept>
 
-using cellformula::EvaluationScope;
+using cellformula::Evaluation;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::textOf;
@@ -82,39 +82,39 @@ std::int32_t integerDigits(double value) {
     return toInt32(std::log10(value) + 1.0);
 }
 
-std::uint32_t textError(const CNManyChildrenNode& node, EvaluationScope& scope) {
+std::uint32_t textError(const CNManyChildrenNode& node, Evaluation& evaluation) {
     if (node.poLeft == nullptr || node.poRight == nullptr) return ErrInvalidArg;
-    if (typeOf(*node.poLeft, scope) != ExprNumber) return ErrWrongType;
-    if (typeOf(*node.poRight, scope) != ExprString) return ErrWrongType;
+    if (typeOf(*node.poLeft, evaluation) != ExprNumber) return ErrWrongType;
+    if (typeOf(*node.poRight, evaluation) != ExprString) return ErrWrongType;
     std::string format;
     try {
-        format = textOf(*node.poRight, scope);
+        format = textOf(*node.poRight, evaluation);
     } catch (const std::out_of_range&) {
         // Only a format that reports its own error (RIGHT with a negative
         // count) fails to evaluate; classifying reports that code instead.
-        return errorOf(*node.poRight, scope);
+        return errorOf(*node.poRight, evaluation);
     }
     if (format.empty()) return ErrWrongType;
-    const std::uint32_t valueError = errorOf(*node.poLeft, scope);
+    const std::uint32_t valueError = errorOf(*node.poLeft, evaluation);
     if (valueError != ErrNone) return valueError;
-    const std::uint32_t formatError = errorOf(*node.poRight, scope);
+    const std::uint32_t formatError = errorOf(*node.poRight, evaluation);
     if (formatError != ErrNone) return formatError;
     const FormatLayout layout = layoutOf(format);
     const long long places = static_cast<long long>(layout.point) - layout.firstZero;
-    if (integerDigits(numberOf(*node.poLeft, scope)) > places) return ErrWrongType;
+    if (integerDigits(numberOf(*node.poLeft, evaluation)) > places) return ErrWrongType;
     if (format.find_first_not_of("0.") != std::string::npos) return ErrWrongType;
     return ErrNone;
 }
 
 // The text LEFT and RIGHT cut from: a number operand formatted, else its text.
-std::string sourceText(const CNManyChildrenNode& node, EvaluationScope& scope) {
-    if (typeOf(*node.poLeft, scope) == ExprNumber) return QuandelUtils::sstringify(numberOf(*node.poLeft, scope));
-    return textOf(*node.poLeft, scope);
+std::string sourceText(const CNManyChildrenNode& node, Evaluation& evaluation) {
+    if (typeOf(*node.poLeft, evaluation) == ExprNumber) return QuandelUtils::sstringify(numberOf(*node.poLeft, evaluation));
+    return textOf(*node.poLeft, evaluation);
 }
 
-std::string cut(const CNManyChildrenNode& node, bool fromLeft, EvaluationScope& scope) {
-    std::string text = sourceText(node, scope);
-    const std::int32_t count = toInt32(numberOf(*node.poRight, scope));
+std::string cut(const CNManyChildrenNode& node, bool fromLeft, Evaluation& evaluation) {
+    std::string text = sourceText(node, evaluation);
+    const std::int32_t count = toInt32(numberOf(*node.poRight, evaluation));
     const std::int32_t length = lengthOf(text);
     if (length <= count) return text;
     if (fromLeft) return count < 0 ? text : text.substr(0, static_cast<std::size_t>(count));
@@ -122,17 +122,17 @@ std::string cut(const CNManyChildrenNode& node, bool fromLeft, EvaluationScope& 
     return text.substr(static_cast<std::size_t>(static_cast<std::int64_t>(length) - count));
 }
 
-std::uint32_t cutError(const CNManyChildrenNode& node, EvaluationScope& scope) {
+std::uint32_t cutError(const CNManyChildrenNode& node, Evaluation& evaluation) {
     if (node.poLeft == nullptr || node.poRight == nullptr) return ErrInvalidArg;
-    const std::uint32_t textType = typeOf(*node.poLeft, scope);
+    const std::uint32_t textType = typeOf(*node.poLeft, evaluation);
     const bool textUsable = textType == ExprString || textType == ExprNumber;
-    if (!textUsable && typeOf(*node.poRight, scope) != ExprNumber) return ErrWrongType;
-    const std::uint32_t textErr = errorOf(*node.poLeft, scope);
+    if (!textUsable && typeOf(*node.poRight, evaluation) != ExprNumber) return ErrWrongType;
+    const std::uint32_t textErr = errorOf(*node.poLeft, evaluation);
     if (textErr != ErrNone) return textErr;
-    const std::uint32_t countErr = errorOf(*node.poRight, scope);
+    const std::uint32_t countErr = errorOf(*node.poRight, evaluation);
     if (countErr != ErrNone) return countErr;
-    if (textOf(*node.poLeft, scope).empty()) return ErrWrongType;
-    if (numberOf(*node.poRight, scope) < 1.0) return ErrWrongType;
+    if (textOf(*node.poLeft, evaluation).empty()) return ErrWrongType;
+    if (numberOf(*node.poRight, evaluation) < 1.0) return ErrWrongType;
     return ErrNone;
 }
 
@@ -146,49 +146,53 @@ double CNText::f64Evaluate() const {
     return 0.0;
 }
 
-std::uint32_t CNText::exprType() {
+void CNText::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    const std::string format = textOf(*poRight, evaluation);
+    text += formatValue(numberOf(*poLeft, evaluation), format);
+}
+
+std::uint32_t CNText::typeWithin(Evaluation&) const {
     return ExprString;
 }
 
-std::uint32_t CNText::errType() {
-    return cellformula::evaluateError(*this);
-}
-
-std::string CNText::stringEvaluate() const {
-    return cellformula::evaluateText(*this);
-}
-
-double CNText::numberWithin(EvaluationScope&) const {
-    return 0.0;
-}
-
-std::string CNText::textWithin(EvaluationScope& scope) const {
-    const std::string format = textOf(*poRight, scope);
-    return formatValue(numberOf(*poLeft, scope), format);
-}
-
-std::uint32_t CNText::typeWithin(EvaluationScope&) const {
-    return ExprString;
-}
-
-std::uint32_t CNText::errorWithin(EvaluationScope& scope) const {
-    return textError(*this, scope);
+std::uint32_t CNText::errorWithin(Evaluation& evaluation) const {
+    return textError(*this, evaluation);
 }
 
 // ---------------------------------------------------------------- CNLeft, CNRight
 
-#define CELLFORMULA_CUT_FUNCTION(Class, Label, FromLeft)                                          \
-    Class::Class(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, Label) {}        \
-    double Class::f64Evaluate() const { return 0.0; }                                             \
-    std::uint32_t Class::exprType() { return ExprString; }                                        \
-    std::uint32_t Class::errType() { return cellformula::evaluateError(*this); }                  \
-    std::string Class::stringEvaluate() const { return cellformula::evaluateText(*this); }        \
-    double Class::numberWithin(EvaluationScope&) const { return 0.0; }                            \
-    std::string Class::textWithin(EvaluationScope& scope) const { return cut(*this, FromLeft, scope); } \
-    std::uint32_t Class::typeWithin(EvaluationScope&) const { return ExprString; }                \
-    std::uint32_t Class::errorWithin(EvaluationScope& scope) const { return cutError(*this, scope); }
+CNLeft::CNLeft(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "select left chars of string ") {}
 
-CELLFORMULA_CUT_FUNCTION(CNLeft, "select left chars of string ", true)
-CELLFORMULA_CUT_FUNCTION(CNRight, "select right chars of string", false)
+double CNLeft::f64Evaluate() const {
+    return 0.0;
+}
 
-#undef CELLFORMULA_CUT_FUNCTION
+void CNLeft::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    text += cut(*this, true, evaluation);
+}
+
+std::uint32_t CNLeft::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+std::uint32_t CNLeft::errorWithin(Evaluation& evaluation) const {
+    return cutError(*this, evaluation);
+}
+
+CNRight::CNRight(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "select right chars of string") {}
+
+double CNRight::f64Evaluate() const {
+    return 0.0;
+}
+
+void CNRight::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    text += cut(*this, false, evaluation);
+}
+
+std::uint32_t CNRight::typeWithin(Evaluation&) const {
+    return ExprString;
+}
+
+std::uint32_t CNRight::errorWithin(Evaluation& evaluation) const {
+    return cutError(*this, evaluation);
+}

@@ -1,0 +1,208 @@
+// The evaluation engine on hostile shapes, a host's own nodes inside library
+// trees, and the one-call result against the three separate calls.
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <typeinfo>
+
+#include "testhost.h"
+
+namespace {
+
+std::string repeat(const std::string& piece, int times) {
+    std::string text;
+    text.reserve(piece.size() * static_cast<std::size_t>(times));
+    for (int i = 0; i < times; ++i) text += piece;
+    return text;
+}
+
+// A formula nested `depth` times: opening pieces, the innermost operand, closing pieces.
+std::string nested(const std::string& open, const std::string& innermost, const std::string& close, int depth) {
+    return "=" + repeat(open, depth) + innermost + repeat(close, depth);
+}
+
+// Runs work on a thread whose whole stack is 256 KB, as hosts' worker threads often have.
+void onSmallStack(const std::function<void()>& work) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, 256 * 1024);
+    pthread_t thread;
+    auto run = [](void* argument) -> void* {
+        (*static_cast<const std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&work)), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+struct Shape {
+    const char* name;
+    std::string formula;
+    double value;  // NaN where the value is a text or not checked
+};
+
+constexpr int kDepth = 100000;
+
+std::vector<Shape> deepShapes() {
+    const double unchecked = std::nan("");
+    return {
+        {"left-deep sum", "=" + repeat("1+", 999999) + "1", 1000000.0},
+        {"parentheses", nested("(", "1", ")", kDepth), 1.0},
+        {"SQRT", nested("SQRT(", "1", ")", kDepth), 1.0},
+        {"unary minus", nested("-(", "1", ")", kDepth), 1.0},
+        {"IF in then-branch", nested("IF(1;", "2", ")", kDepth), 2.0},
+        {"IF in compared condition", nested("IF(", "1", ">0;1;0)", kDepth), 1.0},
+        {"LEFT in LEFT", nested("LEFT(", "\"abc\"", ";2)", kDepth), unchecked},
+        {"LOG in base", nested("LOG(2;", "2", ")", kDepth), unchecked},
+        {"LOG in value", nested("LOG(", "2", ";2)", kDepth), unchecked},
+        {"TEXT in value", nested("TEXT(", "1", ";\"0.0\")", kDepth), unchecked},
+        {"TEXT in format", nested("TEXT(1;", "\"0.0\"", ")", kDepth), unchecked},
+        {"radix round trips", nested("BIN2DEC(DEC2BIN(", "1", "))", kDepth), 1.0},
+        {"power chain", "=" + repeat("1^", kDepth) + "1", 1.0},
+        {"right-nested division", nested("1/(", "1", ")", kDepth), 1.0},
+        {"comparisons", "=" + repeat("1<", kDepth) + "1", unchecked},
+        {"text concatenation", "=" + repeat("\"a\"+", kDepth) + "\"a\"", unchecked},
+        {"MIN", "=MIN(" + repeat("1;", kDepth) + "1)", 1.0},
+    };
+}
+
+// Every public operation and deletion completes, here or on a small stack.
+void evaluateEverything(std::unique_ptr<ASTNode>& root, double expected) {
+    const std::uint32_t type = root->exprType();
+    root->errType();
+    const double value = root->f64Evaluate();
+    const std::string text = root->stringEvaluate();
+    if (!std::isnan(expected)) {
+        EXPECT_EQ(type, ExprNumber);
+        EXPECT_EQ(value, expected);
+    }
+    EXPECT_FALSE(text.empty());
+    root.reset();
+}
+
+TEST(Evaluation, DeepTreesOnEveryStack) {
+    ExpressionParser::ParserDriver driver;
+    for (const Shape& shape : deepShapes()) {
+        SCOPED_TRACE(shape.name);
+        std::unique_ptr<ASTNode> root(driver.poParseExpression(shape.formula));
+        ASSERT_TRUE(root) << driver.oGetErrorMsg();
+        evaluateEverything(root, shape.value);
+        root.reset(driver.poParseExpression(shape.formula));
+        onSmallStack([&] { evaluateEverything(root, shape.value); });
+    }
+}
+
+TEST(Evaluation, DeepOutlinesPrint) {
+    ExpressionParser::ParserDriver driver;
+    const int depth = 20000;
+    // The indentation makes the outline grow with the square of the depth.
+    std::unique_ptr<ASTNode> root(driver.poParseExpression(nested("SQRT(", "2", ")", depth)));
+    ASSERT_TRUE(root);
+    std::size_t lines = 0;
+    onSmallStack([&] {
+        std::stringstream outline;
+        root->vPrintNode(outline, 0);
+        const std::string text = outline.str();
+        lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    });
+    EXPECT_EQ(lines, static_cast<std::size_t>(depth + 1));
+}
+
+// A host's node built on a library base that answers every question itself.
+class HostOperand : public CNSingleChildNode {
+public:
+    explicit HostOperand(std::string& log) : CNSingleChildNode(new CNConstant(1.0), "host"), log_(log) {}
+    double f64Evaluate() const override { return note("value", 7.0); }
+    std::uint32_t exprType() override { return note("type", ExprNumber); }
+    std::uint32_t errType() override { return note("error", ErrDomain); }
+    std::string stringEvaluate() const override { return note("text", std::string("seven")); }
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override {
+        stream << std::string(2 * depth, ' ') << "host line" << std::endl;
+    }
+
+private:
+    template <typename Answer>
+    Answer note(const char* question, Answer answer) const {
+        log_ += std::string(question) + " ";
+        return answer;
+    }
+    std::string& log_;
+};
+
+// The same on the other base, answering only its value: the base's rules fill in the rest.
+class HostPair : public CNManyChildrenNode {
+public:
+    HostPair() : CNManyChildrenNode(new CNStringConstant("x"), new CNConstant(2.0), "pair") {}
+    double f64Evaluate() const override { return 5.0; }
+};
+
+TEST(Evaluation, HostNodesOnLibraryBasesAnswerForThemselves) {
+    std::string log;
+    std::unique_ptr<ASTNode> negation(new CNNegate(new HostOperand(log)));
+    EXPECT_EQ(negation->errType(), ErrDomain);
+    EXPECT_EQ(log, "type error ");
+    EXPECT_EQ(negation->f64Evaluate(), -7.0);
+    std::unique_ptr<ASTNode> sum(new CNAdd(new HostOperand(log), new CNStringConstant("!")));
+    EXPECT_EQ(sum->stringEvaluate(), "seven!");
+    std::stringstream outline;
+    negation->vPrintNode(outline, 0);
+    EXPECT_EQ(outline.str(), "- negate\n  host line\n");
+
+    std::unique_ptr<ASTNode> pair(new CNMultiply(new HostPair(), new CNConstant(3.0)));
+    EXPECT_EQ(pair->f64Evaluate(), 15.0);
+    EXPECT_EQ(pair->errType(), ErrWrongType);  // the host pair's own base rule: a text operand
+    HostPair alone;
+    EXPECT_EQ(alone.errType(), ErrWrongType);
+    EXPECT_EQ(alone.stringEvaluate(), "5");
+}
+
+const char* const kResultFormulas[] = {
+    "=1+2*3", "=\"a\"+1", "=IF(A1>0;\"yes\";\"no\")", "=IF(0;2)", "=LEFT(B1;2)", "=RIGHT(\"abc\";-1)",
+    "=BIN2DEC(\"12\")", "=TEXT(12.5;\"0.00\")", "=SUM(A1:A3)", "=C1*2", "=1/0", "=ISERROR(1/0)",
+    "=LOG(8;2)", "=DEC2BIN(300)", "=HEX2DEC(\"ff\")", "=B1=\"hello\"", "=IF(BIN2DEC(\"2\");1;2)*1",
+};
+
+TEST(Evaluation, OneCallResultEqualsTheThreeCalls) {
+    TestHost host;
+    host.setNumber("A1", 4.0);
+    host.setText("B1", "hello");
+    host.setNumber("A2", -1.5);
+    host.setText("A3", "t");
+    host.setEmpty("C1");
+    ExpressionParser::ParserDriver driver;
+    driver.vSetCalcCollection(&host);
+    for (const char* formula : kResultFormulas) {
+        SCOPED_TRACE(formula);
+        std::unique_ptr<ASTNode> root(driver.poParseExpression(formula));
+        ASSERT_TRUE(root);
+        const std::uint32_t type = root->exprType();
+        const std::uint32_t error = root->errType();
+        std::string expected;
+        try {
+            expected = type == ExprNumber ? QuandelUtils::sstringify(root->f64Evaluate()) : root->stringEvaluate();
+        } catch (const std::exception& thrown) {
+            expected = std::string("throws ") + typeid(thrown).name();
+        }
+        std::string actual;
+        try {
+            const cellformula::FormulaResult result = cellformula::oEvaluateAll(*root);
+            EXPECT_EQ(result.u32Type, type);
+            EXPECT_EQ(result.u32Error, error);
+            actual = type == ExprNumber ? QuandelUtils::sstringify(result.f64Value) : result.oText;
+        } catch (const std::exception& thrown) {
+            actual = std::string("throws ") + typeid(thrown).name();
+        }
+        EXPECT_EQ(actual, expected);
+    }
+}
+
+}  // namespace
