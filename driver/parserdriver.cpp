@@ -46,6 +46,9 @@ ParserDriver::~ParserDriver() {
 ParserDriver& ParserDriver::operator=(const ParserDriver& other) {
     if (this == &other) return *this;
     oErrorText_ = other.oErrorText_;
+    // The error as data goes with its text.
+    poContext_->hasSyntaxError = other.poContext_->hasSyntaxError;
+    poContext_->syntaxError = other.poContext_->syntaxError;
     if (poSource_ == nullptr && other.poSource_ != nullptr) poSource_ = other.poSource_->poClone();
     return *this;
 }

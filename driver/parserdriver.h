@@ -27,7 +27,7 @@ public:
     ParserDriver();
     ~ParserDriver();
     ParserDriver(const ParserDriver&) = delete;
-    // Copies the error text; takes a clone of the other driver's variable
+    // Copies the error text and its data; takes a clone of the other driver's variable
     // source when this driver has none. The tree root is never copied.
     ParserDriver& operator=(const ParserDriver& other);
 

@@ -5,14 +5,20 @@ namespace ExpressionParser {
 TokenReader::TokenReader(const std::string& text) : text_(text), scanner_(&unusedStream_, nullptr) {
     scanner_.vSetText("", text_);
     scanner_.yyrestart(unusedStream_);
+    std::memset(symbolOfCode_, kNotAsked, sizeof symbolOfCode_);
 }
 
 bool TokenReader::next(ScannedToken& token) {
     if (finished_) return false;
     value_.stringValue = nullptr;
     const int code = scanner_.lex(&value_, &where_);
+    Parser::symbol_kind_type symbol = Parser::symbol_kind::S_YYUNDEF;
+    if (code >= 0 && code < kCodes) {
+        signed char& known = symbolOfCode_[code];
+        if (known == kNotAsked) known = static_cast<signed char>(Parser::by_kind(static_cast<Parser::token_kind_type>(code)).kind());
+        symbol = static_cast<Parser::symbol_kind_type>(known);
+    }
     // The scanner's strings are the parser's to free; here nobody takes them.
-    const Parser::symbol_kind_type symbol = Parser::by_kind(static_cast<Parser::token_kind_type>(code)).kind();
     if (symbol == Parser::symbol_kind::S_STRING || symbol == Parser::symbol_kind::S_TEXTLITERAL ||
         symbol == Parser::symbol_kind::S_INPUT) {
         delete value_.stringValue;

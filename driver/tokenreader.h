@@ -2,6 +2,7 @@
 #define CELLFORMULA_TOKENREADER_H
 
 #include <cstddef>
+#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -41,6 +42,11 @@ private:
     location where_;
     std::size_t lineStart_ = 0;
     bool finished_ = false;
+    // The parser's symbol for each scanner code met so far (the codes are
+    // bytes and the named tokens just above them), asked of the parser once.
+    static constexpr int kCodes = Parser::token::HEX2BIN + 1;
+    static constexpr signed char kNotAsked = -1;
+    signed char symbolOfCode_[kCodes];
 };
 
 }  // namespace ExpressionParser

@@ -75,6 +75,10 @@ TEST(SyntaxErrors, ClearedBySuccessAndAbsentForOtherFailures) {
     std::streambuf* saved = std::cerr.rdbuf(silenced.rdbuf());
     EXPECT_EQ(driver.poParseExpression("=1+"), nullptr);
     EXPECT_NE(driver.poGetSyntaxError(), nullptr);
+    ExpressionParser::ParserDriver copy;
+    copy = driver;
+    ASSERT_NE(copy.poGetSyntaxError(), nullptr);
+    EXPECT_EQ(copy.poGetSyntaxError()->oUnexpected, "end of file");
     std::unique_ptr<ASTNode> tree(driver.poParseExpression("=1"));
     EXPECT_EQ(driver.poGetSyntaxError(), nullptr);
     driver.vSetMaxRangeCells(3);
