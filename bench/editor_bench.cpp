@@ -57,17 +57,6 @@ void tokensShort(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
 }
 
-}  // namespace
-
-BENCHMARK_CAPTURE(tokens, mixed, false, true)->Name("Tokens/Mixed/1MB");
-BENCHMARK_CAPTURE(tokens, references, true, true)->Name("Tokens/References/1MB");
-BENCHMARK_CAPTURE(tokens, mixedNew, false, false)->Name("Tokens/Mixed/1MB/NewVector");
-BENCHMARK_CAPTURE(references, mixed, false, true)->Name("References/Mixed/1MB");
-BENCHMARK_CAPTURE(references, references, true, true)->Name("References/References/1MB");
-BENCHMARK_CAPTURE(references, referencesNew, true, false)->Name("References/References/1MB/NewVector");
-BENCHMARK(tokensShort)->Name("Tokens/ShortFormula");
-
-namespace {
 // Token rate by shape: what the scanner's own actions cost per kind of token.
 void tokensOfShape(benchmark::State& state, std::string piece) {
     std::string formula = "=";
@@ -78,6 +67,14 @@ void tokensOfShape(benchmark::State& state, std::string piece) {
     state.counters["tokens"] = static_cast<double>(kept.size());
 }
 }  // namespace
+
+BENCHMARK_CAPTURE(tokens, mixed, false, true)->Name("Tokens/Mixed/1MB");
+BENCHMARK_CAPTURE(tokens, references, true, true)->Name("Tokens/References/1MB");
+BENCHMARK_CAPTURE(tokens, mixedNew, false, false)->Name("Tokens/Mixed/1MB/NewVector");
+BENCHMARK_CAPTURE(references, mixed, false, true)->Name("References/Mixed/1MB");
+BENCHMARK_CAPTURE(references, references, true, true)->Name("References/References/1MB");
+BENCHMARK_CAPTURE(references, referencesNew, true, false)->Name("References/References/1MB/NewVector");
+BENCHMARK(tokensShort)->Name("Tokens/ShortFormula");
 BENCHMARK_CAPTURE(tokensOfShape, integers, std::string("1+"))->Name("Tokens/Shape/Integers");
 BENCHMARK_CAPTURE(tokensOfShape, doubles, std::string("1.5+"))->Name("Tokens/Shape/Doubles");
 BENCHMARK_CAPTURE(tokensOfShape, names, std::string("ab+"))->Name("Tokens/Shape/Names");
