@@ -6,7 +6,7 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-readonly PACKAGES=(flex bison cmake g++ make pkg-config libgtest-dev libbenchmark-dev libmuparser-dev clang libclang-rt-14-dev)
+readonly PACKAGES=(flex libfl-dev bison cmake g++ make pkg-config libgtest-dev libbenchmark-dev libmuparser-dev clang libclang-rt-14-dev locales)
 JOBS="$(nproc 2>/dev/null || echo 2)"
 readonly JOBS
 

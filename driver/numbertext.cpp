@@ -1,3 +1,4 @@
+#include <locale>
 #include <sstream>
 #include <string>
 
@@ -10,6 +11,8 @@ namespace SpreadSheetHelper {
 // count, "42 " and "5." do not).
 bool bIsNumber(const std::string& text) {
     std::istringstream stream(text);
+    // A host's decimal comma or digit grouping must not change what a number is.
+    stream.imbue(std::locale::classic());
     int integer = 0;
     stream >> integer;
     if (!stream.fail() && !stream.bad() && stream.eof()) return true;

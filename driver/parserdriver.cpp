@@ -1,6 +1,7 @@
 #include "parserdriver.h"
 
 #include <iostream>
+#include <optional>
 #include <sstream>
 
 #include "parser.hh"
@@ -19,6 +20,9 @@ struct ParsingContext {
     Scanner scanner;
     Parser parser;
     std::uint64_t maxRangeCells = ParserDriver::kDefaultMaxRangeCells;
+    std::ostream* errorStream = &std::cerr;
+    // Engaged while a formula is parsed: its ranges share one budget.
+    std::optional<std::uint64_t> rangeCellsInFormula;
 
     // The formula being parsed, for locating a syntax error in it.
     const std::string* hostText = nullptr;
@@ -33,6 +37,22 @@ struct ParsingContext {
         return SyntaxErrorReader(prefixed, 1);
     }
 };
+
+namespace {
+
+// Opens the range budget of one formula for the length of its parse.
+class FormulaBudget {
+public:
+    explicit FormulaBudget(ParsingContext& context) : context_(context) { context_.rangeCellsInFormula = 0; }
+    ~FormulaBudget() { context_.rangeCellsInFormula.reset(); }
+    FormulaBudget(const FormulaBudget&) = delete;
+    FormulaBudget& operator=(const FormulaBudget&) = delete;
+
+private:
+    ParsingContext& context_;
+};
+
+}  // namespace
 
 ParserDriver::ParserDriver()
     : poRoot_(nullptr), poSource_(nullptr), poContext_(new ParsingContext(*this)) {}
@@ -68,6 +88,7 @@ ASTNode* ParserDriver::poParseExpression(const std::string& text) {
     poContext_->scanner.vSetText(formulaText ? "" : "=", text);
     poContext_->scanner.yyrestart(poContext_->unusedStream);
 
+    const FormulaBudget budget(*poContext_);
     int result = 1;
     try {
         result = poContext_->parser.parse();
@@ -118,7 +139,7 @@ const SyntaxError* ParserDriver::poGetSyntaxError() const {
 
 void ParserDriver::error(const std::string& message) {
     oErrorText_ = message;
-    std::cerr << oErrorText_ << std::endl;
+    if (poContext_->errorStream != nullptr) *poContext_->errorStream << oErrorText_ << std::endl;
 }
 
 void ParserDriver::error(const location& where, const std::string& message) {
@@ -128,8 +149,13 @@ void ParserDriver::error(const location& where, const std::string& message) {
         poContext_->hasSyntaxError = true;
     }
     std::ostringstream text;
+    text.imbue(std::locale::classic());  // column 1234 must not print as "1.234"
     text << where << ": " << message;
     error(text.str());
+}
+
+void ParserDriver::vSetErrorStream(std::ostream* stream) {
+    poContext_->errorStream = stream;
 }
 
 void ParserDriver::vSetMaxRangeCells(std::uint64_t cells) {
@@ -143,6 +169,14 @@ std::uint64_t ParserDriver::u64GetMaxRangeCells() const {
 void ParserDriver::vSetTrace(bool enabled) {
     poContext_->scanner.vSetDebug(enabled);
     poContext_->parser.set_debug_level(enabled ? 1 : 0);
+}
+
+std::uint64_t ParserDriver::formulaRangeCells() const {
+    return poContext_->rangeCellsInFormula.value_or(0);
+}
+
+void ParserDriver::addFormulaRangeCells(std::uint64_t cells) {
+    if (poContext_->rangeCellsInFormula) *poContext_->rangeCellsInFormula += cells;
 }
 
 Scanner& ParserDriver::scanner() {

@@ -2,6 +2,7 @@
 #define CELLFORMULA_PARSERDRIVER_H
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,8 @@ struct ParsingContext;
 // serves one thread at a time; separate drivers share nothing.
 class ParserDriver {
 public:
-    // A range larger than this many cells fails the parse unless the host
-    // raises the limit with vSetMaxRangeCells.
+    // Ranges of more cells than this in one formula, all counted together,
+    // fail the parse unless the host raises the limit with vSetMaxRangeCells.
     static constexpr std::uint64_t kDefaultMaxRangeCells = 1000000;
 
     ParserDriver();
@@ -46,12 +47,20 @@ public:
     // range corner that is no cell name. The error text is unaffected.
     const SyntaxError* poGetSyntaxError() const;
 
+    // Records the message as the error text and writes it as one line to the
+    // error stream.
     void error(const std::string& message);
     void error(const location& where, const std::string& message);
 
+    // Where error() writes its lines: std::cerr by default, the host's own
+    // stream, or nowhere when null. The error text is kept in every case.
+    void vSetErrorStream(std::ostream* stream);
+
     // One variable node per cell of the rectangle between two corners, row by
-    // row. An invalid corner, or a rectangle of more cells than the limit,
-    // records a message through error() and yields an empty list.
+    // row. An invalid corner, or a rectangle that takes the cells of the
+    // formula being parsed past the limit (outside a parse: a rectangle of
+    // more cells than the limit), records a message through error() and
+    // yields an empty list without asking the source for any cell.
     std::vector<ASTNode*> oGetMultipleCellsVarList(const std::string& from, const std::string& to);
 
     void vSetMaxRangeCells(std::uint64_t cells);
@@ -82,6 +91,11 @@ public:
     Scanner& scanner();
 
 private:
+    // Cells of the ranges expanded so far in the formula being parsed; 0
+    // outside a parse, where adding counts nothing.
+    std::uint64_t formulaRangeCells() const;
+    void addFormulaRangeCells(std::uint64_t cells);
+
     ASTNode* poRoot_;
     CalculationCollectionBase* poSource_;
     ParsingContext* poContext_;

@@ -60,12 +60,18 @@ std::vector<ASTNode*> ParserDriver::oGetMultipleCellsVarList(const std::string& 
     };
     if (!readCorner(from, fromColumn, fromRow) || !readCorner(to, toColumn, toRow)) return {};
     const Rectangle cells = orderedRectangle(fromColumn, fromRow, toColumn, toRow);
+    // The budget is checked before any cell is named or asked for, so a
+    // formula repeating a large range costs nothing beyond its limit.
     const std::uint64_t count = cells.cellCount();
-    if (count > u64GetMaxRangeCells()) {
-        error("Range too large: \"" + from + ":" + to + "\" has " + std::to_string(count) +
-              " cells, more than the limit of " + std::to_string(u64GetMaxRangeCells()));
+    const std::uint64_t earlier = formulaRangeCells();
+    const std::uint64_t total = count > UINT64_MAX - earlier ? UINT64_MAX : earlier + count;
+    if (total > u64GetMaxRangeCells()) {
+        const std::string formulaTotal = earlier == 0 ? "" : ", " + std::to_string(total) + " in the formula";
+        error("Range too large: \"" + from + ":" + to + "\" has " + std::to_string(count) + " cells" +
+              formulaTotal + ", more than the limit of " + std::to_string(u64GetMaxRangeCells()));
         return {};
     }
+    addFormulaRangeCells(count);
 
     const std::vector<std::string> names = cellNamesRowByRow(cells);
     std::vector<ASTNode*> nodes;

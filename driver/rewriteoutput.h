@@ -71,9 +71,8 @@ private:
     std::size_t used_ = 0;
 };
 
-// Row texts already made during one rewriting. Each sstringify call asks
-// for the global locale afresh, which costs more than everything else a
-// reference needs, while the same rows recur throughout a formula; the text
+// Row texts already made during one rewriting: the same rows recur throughout
+// a formula, and a copied text is cheaper than a fresh conversion; the text
 // kept is the one sstringify made, so the output is the same.
 class RowTexts {
 public:

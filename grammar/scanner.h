@@ -2,6 +2,7 @@
 #define CELLFORMULA_SCANNER_H
 
 #include <cstddef>
+#include <deque>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -41,6 +42,24 @@ protected:
     int LexerInput(char* buffer, int capacity) override;
 
 private:
+    // A token decided together with an earlier one, returned by the next call.
+    struct PendingToken {
+        int code;
+        std::string text;
+        location where;
+    };
+
+    int nextPending(Parser::semantic_type* value, location* where);
+    // The name INPUT (or input) that begins body_, as a token of its own.
+    int returnWord(Parser::semantic_type* value, location* where);
+    // Scans body_ from `from` on again once the input has ended.
+    void replay(std::size_t from);
+
+    std::deque<PendingToken> pending_;
+    // The raw text of a quoted text or INPUT call read in pieces so far.
+    std::string body_;
+    std::string replay_;
+    std::size_t replayAt_ = 0;
     const char* prefix_ = "";
     std::size_t prefixLeft_ = 0;
     const char* text_ = nullptr;

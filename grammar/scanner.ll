@@ -3,7 +3,9 @@
    small letters; everything the grammar has no use for comes out as a
    single byte, which the parser reports as an invalid token. */
 #include <algorithm>
+#include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +20,10 @@
 
 /* Every token first covers its own characters. */
 #define YY_USER_ACTION yylloc->columns(static_cast<int>(yyleng));
+
+/* Each refill takes all the room the buffer has, so a long token is moved and
+   matched again only when the buffer doubles, not after every few kilobytes. */
+#define YY_READ_BUF_SIZE INT_MAX
 
 using token = ExpressionParser::Parser::token;
 
@@ -36,6 +42,19 @@ long digitsValue(const char* digits, std::size_t count) {
     return static_cast<long>(value);
 }
 
+// What strtod makes of digits with a point under the classic locale, whatever
+// locale the host has set: from_chars, with strtod's infinity and zero where
+// the value does not fit a double.
+double decimalValue(const char* text, std::size_t length) {
+    double value = 0.0;
+    const std::from_chars_result read = std::from_chars(text, text + length, value);
+    if (read.ec != std::errc::result_out_of_range) return value;
+    // Only a value below 1, whose digits before the point are all zeros, can underflow.
+    const char* const point = std::find(text, text + length, '.');
+    const bool belowOne = std::all_of(text, point, [](char digit) { return digit == '0'; });
+    return belowOne ? 0.0 : HUGE_VAL;
+}
+
 }  // namespace
 %}
 
@@ -46,9 +65,15 @@ long digitsValue(const char* digits, std::size_t count) {
 %option batch
 %option full 8bit
 
+/* The rest of a quoted text, or of an INPUT call's name, after a byte 0: the
+   engine matches a token again from its start at every byte 0 in it, so such
+   a token is read in pieces that hold a byte 0 only at their end or alone. */
+%x TEXTBODY INPUTBODY
+
 %%
 
 %{
+    if (!pending_.empty()) return nextPending(yylval, yylloc);
     yylloc->step();
 %}
 
@@ -58,7 +83,7 @@ long digitsValue(const char* digits, std::size_t count) {
                         yylval->integerValue = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
                         return token::INTEGER;
                     }
-[0-9]+"."[0-9]*     { yylval->doubleValue = std::strtod(yytext, nullptr); return token::DOUBLE; }
+[0-9]+"."[0-9]*     { yylval->doubleValue = decimalValue(yytext, static_cast<std::size_t>(yyleng)); return token::DOUBLE; }
 "SIN"|"sin"         { return token::SIN; }
 "COS"|"cos"         { return token::COS; }
 "TAN"|"tan"         { return token::TAN; }
@@ -89,7 +114,7 @@ long digitsValue(const char* digits, std::size_t count) {
 ">="                { return token::GE; }
 "LEFT"|"left"       { return token::LEFT; }
 "RIGHT"|"right"     { return token::RIGHT; }
-("INPUT"|"input")"(\""[^"]+"\")" {
+("INPUT"|"input")"(\""[^"\0]+"\")" {
                         yylval->stringValue = new std::string(yytext + 7, static_cast<std::size_t>(yyleng) - 9);
                         return token::INPUT;
                     }
@@ -97,9 +122,50 @@ long digitsValue(const char* digits, std::size_t count) {
                         yylval->stringValue = new std::string(yytext, static_cast<std::size_t>(yyleng));
                         return token::STRING;
                     }
-\"[^"]*\"           {
+\"[^"\0]*\"         {
                         yylval->stringValue = new std::string(yytext + 1, static_cast<std::size_t>(yyleng) - 2);
                         return token::TEXTLITERAL;
+                    }
+("INPUT"|"input")"(\""[^"\0]*\0 { body_.assign(yytext, static_cast<std::size_t>(yyleng)); BEGIN(INPUTBODY); }
+\"[^"\0]*\0        { body_.assign(yytext, static_cast<std::size_t>(yyleng)); BEGIN(TEXTBODY); }
+<TEXTBODY,INPUTBODY>[^"\0]+|\0 { body_.append(yytext, static_cast<std::size_t>(yyleng)); }
+<TEXTBODY>\"        {
+                        BEGIN(INITIAL);
+                        yylval->stringValue = new std::string(body_, 1);
+                        return token::TEXTLITERAL;
+                    }
+<INPUTBODY>\"\)     {
+                        BEGIN(INITIAL);
+                        yylval->stringValue = new std::string(body_, 7);
+                        return token::INPUT;
+                    }
+<INPUTBODY>\"       {
+                        // No ")" after the name: the word is a name, followed
+                        // by "(" and the quoted text, as the one-piece rules read it.
+                        BEGIN(INITIAL);
+                        location open = *yylloc;
+                        open.begin.columns(5);
+                        open.end = open.begin;
+                        open.columns(1);
+                        location quoted = *yylloc;
+                        quoted.begin = open.end;
+                        pending_.push_back(PendingToken{'(', std::string(), open});
+                        pending_.push_back(PendingToken{token::TEXTLITERAL, body_.substr(7), quoted});
+                        return returnWord(yylval, yylloc);
+                    }
+<TEXTBODY><<EOF>>   {
+                        // Never closed: the quote alone is the token and what followed it is scanned again.
+                        BEGIN(INITIAL);
+                        replay(1);
+                        yylloc->end = yylloc->begin;
+                        yylloc->columns(1);
+                        return '"';
+                    }
+<INPUTBODY><<EOF>>  {
+                        // Never closed: the word is a name, and "(" and the quote are scanned again.
+                        BEGIN(INITIAL);
+                        replay(5);
+                        return returnWord(yylval, yylloc);
                     }
 [ \t\r]+            { yylloc->step(); }
 \n                  {
@@ -122,16 +188,48 @@ void ExpressionParser::Scanner::vSetDebug(bool enabled) {
 }
 
 void ExpressionParser::Scanner::vSetText(const char* prefix, const std::string& text) {
+    // A parse abandoned part way may leave tokens or bytes of its own behind.
+    BEGIN(INITIAL);
+    pending_.clear();
+    replay_.clear();
+    replayAt_ = 0;
     prefix_ = prefix;
     prefixLeft_ = std::strlen(prefix);
     text_ = text.data();
     textLeft_ = text.size();
 }
 
+int ExpressionParser::Scanner::nextPending(Parser::semantic_type* value, location* where) {
+    PendingToken next = std::move(pending_.front());
+    pending_.pop_front();
+    *where = next.where;
+    if (next.code == token::TEXTLITERAL) value->stringValue = new std::string(std::move(next.text));
+    return next.code;
+}
+
+int ExpressionParser::Scanner::returnWord(Parser::semantic_type* value, location* where) {
+    where->end = where->begin;
+    where->columns(5);
+    value->stringValue = new std::string(body_, 0, 5);
+    return token::STRING;
+}
+
+void ExpressionParser::Scanner::replay(std::size_t from) {
+    replay_.assign(body_, from, std::string::npos);
+    replayAt_ = 0;
+}
+
 int ExpressionParser::Scanner::LexerInput(char* buffer, int capacity) {
+    std::size_t room = capacity > 0 ? static_cast<std::size_t>(capacity) : 0;
+    // The input has ended by the time anything is replayed, so it comes first.
+    if (replayAt_ < replay_.size()) {
+        const std::size_t fromReplay = std::min(replay_.size() - replayAt_, room);
+        std::memcpy(buffer, replay_.data() + replayAt_, fromReplay);
+        replayAt_ += fromReplay;
+        return static_cast<int>(fromReplay);
+    }
     // A scanner given a stream and no text reads the stream as usual.
     if (text_ == nullptr) return ExpressionFlexLexer::LexerInput(buffer, capacity);
-    std::size_t room = capacity > 0 ? static_cast<std::size_t>(capacity) : 0;
     std::size_t copied = 0;
     const std::size_t fromPrefix = std::min(prefixLeft_, room);
     std::memcpy(buffer, prefix_, fromPrefix);

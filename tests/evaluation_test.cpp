@@ -75,10 +75,11 @@ std::vector<Shape> deepShapes() {
     };
 }
 
-// Every public operation and deletion completes, here or on a small stack.
+// Every public operation of the tree and of its compiled program, and
+// deletion, complete, here or on a small stack.
 void evaluateEverything(std::unique_ptr<ASTNode>& root, double expected) {
     const std::uint32_t type = root->exprType();
-    root->errType();
+    const std::uint32_t error = root->errType();
     const double value = root->f64Evaluate();
     const std::string text = root->stringEvaluate();
     if (!std::isnan(expected)) {
@@ -86,6 +87,13 @@ void evaluateEverything(std::unique_ptr<ASTNode>& root, double expected) {
         EXPECT_EQ(value, expected);
     }
     EXPECT_FALSE(text.empty());
+    const cellformula::FormulaResult all = cellformula::oEvaluateAll(*root);
+    EXPECT_EQ(all.u32Error, error);
+    const cellformula::CompiledFormula program(*root);
+    EXPECT_EQ(program.exprType(), type);
+    EXPECT_EQ(program.errType(), error);
+    EXPECT_EQ(program.stringEvaluate(), text);
+    EXPECT_EQ(std::memcmp(&value, &static_cast<const double&>(program.f64Evaluate()), sizeof value), 0);
     root.reset();
 }
 
@@ -171,7 +179,7 @@ const char* const kResultFormulas[] = {
     "=LOG(8;2)", "=DEC2BIN(300)", "=HEX2DEC(\"ff\")", "=B1=\"hello\"", "=IF(BIN2DEC(\"2\");1;2)*1",
 };
 
-TEST(Evaluation, OneCallResultEqualsTheThreeCalls) {
+TEST(Evaluation, OneCallAndCompiledEqualTheThreeCalls) {
     TestHost host;
     host.setNumber("A1", 4.0);
     host.setText("B1", "hello");
@@ -192,16 +200,34 @@ TEST(Evaluation, OneCallResultEqualsTheThreeCalls) {
         } catch (const std::exception& thrown) {
             expected = std::string("throws ") + typeid(thrown).name();
         }
-        std::string actual;
-        try {
-            const cellformula::FormulaResult result = cellformula::oEvaluateAll(*root);
-            EXPECT_EQ(result.u32Type, type);
-            EXPECT_EQ(result.u32Error, error);
-            actual = type == ExprNumber ? QuandelUtils::sstringify(result.f64Value) : result.oText;
-        } catch (const std::exception& thrown) {
-            actual = std::string("throws ") + typeid(thrown).name();
+        const cellformula::CompiledFormula program(*root);
+        const std::function<cellformula::FormulaResult()> oneCalls[] = {
+            [&] { return cellformula::oEvaluateAll(*root); },
+            [&] { return program.oEvaluateAll(); },
+            [&] {
+                cellformula::FormulaResult separate;
+                separate.u32Type = program.exprType();
+                separate.u32Error = program.errType();
+                if (separate.u32Type == ExprNumber) {
+                    separate.f64Value = program.f64Evaluate();
+                } else {
+                    separate.oText = program.stringEvaluate();
+                }
+                return separate;
+            },
+        };
+        for (const auto& oneCall : oneCalls) {
+            std::string actual;
+            try {
+                const cellformula::FormulaResult result = oneCall();
+                EXPECT_EQ(result.u32Type, type);
+                EXPECT_EQ(result.u32Error, error);
+                actual = type == ExprNumber ? QuandelUtils::sstringify(result.f64Value) : result.oText;
+            } catch (const std::exception& thrown) {
+                actual = std::string("throws ") + typeid(thrown).name();
+            }
+            EXPECT_EQ(actual, expected);
         }
-        EXPECT_EQ(actual, expected);
     }
 }
 

@@ -1,8 +1,10 @@
-// The one number-to-text conversion writes what a fresh default stream writes,
-// whatever the type and whatever global locale the host has installed.
+// The one number-to-text conversion writes what a fresh default stream writes
+// under the classic locale, whatever the type and whatever global locale the
+// host has installed.
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -14,6 +16,7 @@ namespace {
 template <typename Value>
 std::string streamed(const Value& value) {
     std::stringstream stream;
+    stream.imbue(std::locale::classic());
     stream << value;
     return stream.str();
 }
@@ -35,8 +38,10 @@ void expectAllLikeStream() {
     expectLikeStream(static_cast<signed char>('b'));
     expectLikeStream(static_cast<unsigned char>('c'));
     expectLikeStream(true);
-    expectLikeStream(1234567.0);
-    expectLikeStream(1.0 / 3);
+    for (double value :
+         {1234567.0, 1.0 / 3, 1234.5, -0.0, 999999.5, 1e-5, 1e300, HUGE_VAL, -HUGE_VAL, double(NAN), -double(NAN)}) {
+        expectLikeStream(value);
+    }
 }
 
 TEST(Sstringify, MatchesDefaultStream) { expectAllLikeStream(); }
@@ -48,12 +53,15 @@ protected:
     std::string do_grouping() const override { return "\3"; }
 };
 
-TEST(Sstringify, FollowsHostLocale) {
+TEST(Sstringify, IgnoresHostLocale) {
     const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Grouping));
-    EXPECT_EQ(streamed(1234567), "1'234'567");  // the locale really groups
+    std::stringstream hostStream;
+    hostStream << 1234567;
+    EXPECT_EQ(hostStream.str(), "1'234'567");  // the locale really groups
     expectAllLikeStream();
-    std::locale::global(previous);
     EXPECT_EQ(QuandelUtils::sstringify(1234567), "1234567");
+    EXPECT_EQ(QuandelUtils::sstringify(1234.5), "1234.5");
+    std::locale::global(previous);
 }
 
 }  // namespace

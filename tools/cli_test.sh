@@ -18,6 +18,8 @@ total=0
 
 # res VALUE TYPE ERROR: one result line as the program prints it.
 res() { printf '%s\t%s\t%s' "$1" "$2" "$3"; }
+# failure MESSAGE: the line of an input that gave no result.
+failure() { printf '\terror\t%s' "$1"; }
 
 # with_input TEXT: the checks that follow read TEXT on standard input.
 with_input() { printf '%s' "$1" >"$work/in"; input=$work/in; }
@@ -116,24 +118,45 @@ printf '1\n2\n"x\n' >"$work/late.csv"
 check 2 "" "*late.csv:3: unterminated quoted field*" --sheet "$work/late.csv" '=1'
 printf '"open\n' >"$work/broken.csv"
 check 2 "" "*broken.csv:1: unterminated quoted field*" --sheet "$work/broken.csv" '=1'
-check 2 "" "*cannot read sheet*" --sheet "$work/missing.csv" '=1'
+check 2 "" "cellformula: cannot read sheet $work/missing.csv: No such file or directory" \
+    --sheet "$work/missing.csv" '=1'
+printf '\357\273\2772,3\n' >"$work/bom.csv"
+check 0 "$(res 5 number '0 ErrNone')" "" --sheet "$work/bom.csv" '=A1+B1'
+check 0 "$(res 5 number '0 ErrNone')" "" --sheet="$work/bom.csv" --cell=C1=1 '=A1*C1+B1'
+with_input "$(printf 'x,1\n2')"
+check 0 "$(res x1 text '0 ErrNone')
+$(res 2 number '0 ErrNone')" "" --sheet - '=A1+B1' '=A2'
+check 2 "" "*--sheet - reads standard input*" --sheet -
+no_input
 
 # --- several formulas, failures, and the exit status after all of them
-check 1 "$(res 2 number '0 ErrNone')" "*syntax error*" '=1+' '=2'
-check 1 "" "not a formula: A1" 'A1'
-check 1 "$(res 1 number '0 ErrNone')" "not a formula: 42 " '42 ' '=1'
-check 1 "" "*Invalid cell name*" '=SUM(A0:B2)'
-check 1 "" "cannot evaluate =RIGHT(\"abc\";-1): argument out of range*" '=RIGHT("abc";-1)'
-check 1 "" "cannot evaluate =BIN2DEC(\"12\"): invalid argument*" '=BIN2DEC("12")'
+check 1 "$(failure '1.4: syntax error, unexpected end of file')
+$(res 2 number '0 ErrNone')" "<argument>:1: 1.4: syntax error, unexpected end of file" '=1+' '=2'
+check 1 "$(failure 'not a formula')" "<argument>:1: not a formula" 'A1'
+check 1 "$(failure 'not a formula')
+$(res 1 number '0 ErrNone')" "<argument>:1: not a formula" '42 ' '=1'
+check 1 "$(failure 'Invalid cell name: "A0"')" '<argument>:1: Invalid cell name: "A0"' '=SUM(A0:B2)'
+check 1 "$(failure 'cannot evaluate: argument out of range')" \
+    "<argument>:1: cannot evaluate: argument out of range" '=RIGHT("abc";-1)'
+check 1 "$(res 1 number '0 ErrNone')
+$(failure 'cannot evaluate: invalid argument')" \
+    "<argument>:2: cannot evaluate: invalid argument" '=1' '=BIN2DEC("12")'
 check 0 "$(res abc text '6 ErrWrongType')" "" '=LEFT("abc";-1)'
 check 0 "$(res 12 text '0 ErrNone')" "" --cell A1=123 '=LEFT(A1;2)'
 
-# --- formulas from standard input: CRLF tolerated, empty lines skipped
-with_input "$(printf '=1+1\r\n\n=2*3\n')"
+# --- formulas from standard input: one output line per input line, failures
+# and empty lines included; CRLF and a byte-order mark tolerated
+with_input "$(printf '\357\273\277=1+1\r\n=2*3\n')"
 check 0 "$(res 2 number '0 ErrNone')
 $(res 6 number '0 ErrNone')" "" --cell A1=1
-with_input "$(printf 'oops\n=4\n')"
-check 1 "$(res 4 number '0 ErrNone')" "not a formula: oops"
+with_input "$(printf 'oops\n=4\n\n=(\n=5')"
+check 1 "$(failure 'not a formula')
+$(res 4 number '0 ErrNone')
+$(failure 'not a formula')
+$(failure '1.3: syntax error, unexpected end of file')
+$(res 5 number '0 ErrNone')" "<stdin>:1: not a formula
+<stdin>:3: not a formula
+<stdin>:4: 1.3: syntax error, unexpected end of file"
 with_input '=1+2'
 check 0 "+ add
   1
@@ -150,8 +173,51 @@ check 0 "+ add
 $(res 7 number '0 ErrNone')" "" --tree '=1+2*3'
 check 0 "$(res 1 number '0 ErrNone')" "*accepting rule*" --trace '=1'
 
+# --- JSON: one object per input, valid for any bytes
+check 0 '{"formula":"=1/0","value":"inf","type":"number","error":5,"errorName":"ErrDomain","errorText":""}' "" \
+    --json '=1/0'
+check 1 '{"formula":"=1+","value":null,"type":"error","error":null,"errorName":null,"errorText":"1.4: syntax error, unexpected end of file"}' \
+    "<argument>:1: 1.4: syntax error, unexpected end of file" --json '=1+'
+check 0 '{"formula":"=1+2","value":"3","type":"number","error":0,"errorName":"ErrNone","errorText":"","tree":"+ add\n  1\n  2\n"}' "" \
+    --json --tree '=1+2'
+check 0 "{\"formula\":\"=\\\"a\\\\\\tb\\\"\",\"value\":\"a\\\\\\tb\",\"type\":\"text\",\"error\":0,\"errorName\":\"ErrNone\",\"errorText\":\"\"}" "" \
+    --json "=\"a\\${tab}b\""
+with_input "$(printf '="\001\177\303\251\377\355\240\200\300\257"')"
+check 0 "$(printf '{"formula":"=\\"\\u0001\\u007f\303\251\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\\"","value":"\\u0001\\u007f\303\251\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275","type":"text","error":0,"errorName":"ErrNone","errorText":""}')" "" --json
+no_input
+
+# Binary garbage on standard input: one object per line, every one valid UTF-8
+# without raw control bytes (and valid JSON where python3 can tell).
+total=$((total + 1))
+head -c 65536 /dev/urandom >"$work/garbage"
+lines=$(tr -cd '\n' <"$work/garbage" | wc -c)
+"$cli" --json <"$work/garbage" >"$work/garbage.json" 2>/dev/null
+if [ "$(wc -l <"$work/garbage.json")" -ne "$((lines + 1))" ] && [ "$(wc -l <"$work/garbage.json")" -ne "$lines" ]; then
+    failed=$((failed + 1))
+    echo "FAIL: binary garbage: $(wc -l <"$work/garbage.json") JSON lines for $lines input lines"
+elif ! iconv -f UTF-8 -t UTF-8 "$work/garbage.json" >/dev/null 2>&1 || LC_ALL=C grep -q "$(printf '[\001-\010\013-\037\177]')" "$work/garbage.json"; then
+    failed=$((failed + 1))
+    echo "FAIL: binary garbage: the JSON output is not clean UTF-8"
+elif command -v python3 >/dev/null 2>&1 && ! python3 -c 'import json,sys
+for line in open(sys.argv[1], encoding="utf-8"): json.loads(line)' "$work/garbage.json"; then
+    failed=$((failed + 1))
+    echo "FAIL: binary garbage: the output is not JSON"
+fi
+
+# A 10 MB line on standard input that fails at its first tokens.
+total=$((total + 1))
+{ printf '=)'; head -c 10000000 /dev/zero | tr '\0' '1'; printf '\n=7\n'; } >"$work/long"
+if [ "$("$cli" <"$work/long" 2>/dev/null)" != "$(failure "1.2: syntax error, unexpected ')'")
+$(res 7 number '0 ErrNone')" ]; then
+    failed=$((failed + 1))
+    echo "FAIL: a 10 MB line on standard input"
+fi
+
 # --- bad arguments and help
-check 2 "" "*unknown option --bogus*Usage:*" --bogus '=1'
+check 2 "" "cellformula: unknown option --bogus (see cellformula --help)" --bogus '=1'
+check 2 "" "cellformula: unknown option --bogus (see cellformula --help)" --bogus=1 '=1'
+check 2 "" "*--tree takes no value*" --tree=yes '=1'
+check 0 "cellformula 1.0.0" "" --version
 check 2 "" "*--cell needs an argument*" --cell
 check 2 "" "*--cell expects NAME=VALUE*" --cell A1 '=1'
 check 2 "" "*must be a number, a text in double quotes, or empty*" --cell A1=abc '=1'
@@ -162,7 +228,7 @@ check 2 "" "*must be a number*" --cell 'A1=.' '=1'
 check 2 "" "*must be a number*" --cell 'A1=1e' '=1'
 check 2 "" "*--sheet needs an argument*" '=1' --sheet
 check 0 "$(res 1 number '0 ErrNone')" "" -- '=1'
-check 1 "" "not a formula: --tree" -- --tree
+check 1 "$(failure 'not a formula')" "<argument>:1: not a formula" -- --tree
 
 # --- rewriting references
 check 0 '=B2+$B$2+D$3' "" rewrite offset 1 1 '=A1+$B$2+C$3'
@@ -183,6 +249,7 @@ check 0 '=#REF+A1' "" rewrite offset 0 -2 '=B5+C1'
 check 0 '=DEC2BIN(A2)' "" rewrite offset 1 0 '=DEC2BIN(A1)'
 with_input "$(printf '=C3\r\n\n=A1+C1\n')"
 check 0 '=D3
+
 =A1+D1' "" rewrite insert-column C
 no_input
 check 2 "" "*unknown rewrite operation*" rewrite shift 1 '=A1'

@@ -3,7 +3,6 @@
 #include <cmath>
 
 using cellformula::Evaluation;
-using cellformula::appendTextOf;
 using cellformula::errorOf;
 using cellformula::numberOf;
 using cellformula::typeOf;
@@ -38,26 +37,21 @@ namespace {
 std::uint32_t sumType(const CNAdd& sum, Evaluation& evaluation) {
     // Sums nest deeply (SUM(a;b;c) and a+b+c nest to the left) and every
     // level asks its operands' type again, so one call works it out once.
-    if (const std::uint32_t* known = evaluation.types().find(&sum)) return *known;
-    std::uint32_t type = ExprNumber;
-    if (sum.oChildren.empty()) {
-        const std::uint32_t left = typeOf(*sum.poLeft, evaluation);
-        const std::uint32_t right = typeOf(*sum.poRight, evaluation);
-        if (left != ExprNumber || right != ExprNumber) {
-            type = (left == ExprNoType || right == ExprNoType) ? ExprNoType : ExprString;
+    return evaluation.rememberedType(&sum, [&] {
+        if (sum.oChildren.empty()) {
+            const std::uint32_t left = typeOf(*sum.poLeft, evaluation);
+            const std::uint32_t right = typeOf(*sum.poRight, evaluation);
+            if (left == ExprNumber && right == ExprNumber) return static_cast<std::uint32_t>(ExprNumber);
+            return static_cast<std::uint32_t>((left == ExprNoType || right == ExprNoType) ? ExprNoType : ExprString);
         }
-    } else {
+        std::uint32_t type = ExprNumber;
         for (const ASTNode* child : sum.oChildren) {
             const std::uint32_t childType = typeOf(*child, evaluation);
-            if (childType == ExprNoType) {
-                type = ExprNoType;
-                break;
-            }
+            if (childType == ExprNoType) return static_cast<std::uint32_t>(ExprNoType);
             if (childType == ExprString) type = ExprString;
         }
-    }
-    evaluation.types().keep(&sum, type);
-    return type;
+        return type;
+    });
 }
 
 // Like the shared operand rule, but a text operand is welcome: only an
@@ -87,14 +81,20 @@ double CNAdd::numberWithin(Evaluation& evaluation) const {
     return total;
 }
 
-// Each operand appends to the one text, so a long chain of sums stays linear.
-void CNAdd::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+// A sum's text is its operands' texts one after another, each appended to
+// the one text, so a long chain of sums stays linear.
+bool CNAdd::isConcatenation(Evaluation&, std::vector<const ASTNode*>& parts) const {
     if (isPairForm()) {
-        appendTextOf(*poLeft, evaluation, text);
-        appendTextOf(*poRight, evaluation, text);
-        return;
+        parts.push_back(poLeft);
+        parts.push_back(poRight);
+    } else {
+        parts.insert(parts.end(), oChildren.begin(), oChildren.end());
     }
-    for (const ASTNode* child : oChildren) appendTextOf(*child, evaluation, text);
+    return true;
+}
+
+void CNAdd::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    cellformula::appendConcatenation(*this, evaluation, text);
 }
 
 std::uint32_t CNAdd::typeWithin(Evaluation& evaluation) const {

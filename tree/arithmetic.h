@@ -21,6 +21,7 @@ public:
     void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const override;
 };
 
 // Subtraction.

@@ -52,6 +52,12 @@ std::uint32_t ASTNode::errorWithin(Evaluation& evaluation) const {
 
 void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
 
+void ASTNode::listOperands(std::vector<const ASTNode*>&) const {}
+
+bool ASTNode::isConcatenation(Evaluation&, std::vector<const ASTNode*>&) const {
+    return false;
+}
+
 bool ASTNode::writeOutlineLine(std::stringstream&, unsigned int, OutlineQueue&, bool) const {
     return false;
 }
@@ -265,6 +271,10 @@ std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
     return operandError(evaluation);
 }
 
+void CNSingleChildNode::listOperands(std::vector<const ASTNode*>& operands) const {
+    if (isLibraryNode(*this)) operands.push_back(poChild);
+}
+
 void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
     pending.push_back(std::exchange(poChild, nullptr));
 }
@@ -340,6 +350,16 @@ std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
 std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
     return operandsError(evaluation);
+}
+
+void CNManyChildrenNode::listOperands(std::vector<const ASTNode*>& operands) const {
+    if (!isLibraryNode(*this)) return;
+    if (!isPairForm()) {
+        operands.insert(operands.end(), oChildren.begin(), oChildren.end());
+        return;
+    }
+    if (poLeft != nullptr) operands.push_back(poLeft);
+    if (poRight != nullptr) operands.push_back(poRight);
 }
 
 void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {

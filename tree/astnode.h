@@ -70,6 +70,15 @@ public:
     // can be deleted with a work list instead of one stack frame per level.
     virtual void detachOperands(std::vector<ASTNode*>& pending);
 
+    // True when this node's text is the texts of `parts` one after another
+    // (a sum, an IF's chosen branch), so long chains of them can be written
+    // out in one pass instead of each level copying the one below.
+    virtual bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const;
+
+    // Lists the operands the library's rules ask, first to last; a host's
+    // node lists none, as its operands are its own business.
+    virtual void listOperands(std::vector<const ASTNode*>& operands) const;
+
     // Writes this node's own outline line and queues its operands, or returns
     // false for a node that prints itself through vPrintNode. `entry` is true
     // for the node whose vPrintNode started the outline.
@@ -97,20 +106,26 @@ inline bool answersByRules(const ASTNode& node, const Evaluation& evaluation) {
     return evaluation.isEntry(&node) || isLibraryNode(node);
 }
 
-// An operand's answers within one call, each on enough stack.
+// An operand's answers within one call, each on enough stack; within a
+// compiled program, the answers the program holds.
 inline double numberOf(const ASTNode& node, Evaluation& evaluation) {
-    if (!evaluation.remembersEverything()) {
-        return evaluation.withStack([&] { return node.numberWithin(evaluation); });
+    switch (evaluation.memory()) {
+        case Evaluation::Memory::ConditionsOnly: break;
+        case Evaluation::Memory::Everything: {
+            if (const double* known = evaluation.numbers().find(&node)) return *known;
+            const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
+            evaluation.numbers().keep(&node, number);
+            return number;
+        }
+        case Evaluation::Memory::Deferred: return evaluation.deferred().number(node);
     }
-    if (const double* known = evaluation.numbers().find(&node)) return *known;
-    const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
-    evaluation.numbers().keep(&node, number);
-    return number;
+    return evaluation.withStack([&] { return node.numberWithin(evaluation); });
 }
 
 // The same, remembered for the rest of the call whatever the call keeps:
 // an IF's condition decides every question asked of the IF.
 inline double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().number(node);
     if (const double* known = evaluation.numbers().find(&node)) return *known;
     const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
     evaluation.numbers().keep(&node, number);
@@ -118,6 +133,10 @@ inline double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation) {
 }
 
 inline void appendTextOf(const ASTNode& node, Evaluation& evaluation, std::string& text) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) {
+        evaluation.deferred().appendText(node, text);
+        return;
+    }
     if (evaluation.remembersEverything()) {
         if (const std::string* known = evaluation.rememberedText(&node)) {
             text += *known;
@@ -128,20 +147,33 @@ inline void appendTextOf(const ASTNode& node, Evaluation& evaluation, std::strin
 }
 
 inline std::string textOf(const ASTNode& node, Evaluation& evaluation) {
+    std::string text;
+    if (evaluation.memory() == Evaluation::Memory::Deferred) {
+        evaluation.deferred().appendText(node, text);
+        return text;
+    }
     if (evaluation.remembersEverything()) {
         if (const std::string* known = evaluation.rememberedText(&node)) return *known;
     }
-    std::string text;
     evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
     if (evaluation.remembersEverything()) evaluation.rememberText(&node, text);
     return text;
 }
 
+// Appends the texts of a concatenation's parts, in order.
+inline void appendConcatenation(const ASTNode& node, Evaluation& evaluation, std::string& text) {
+    std::vector<const ASTNode*> parts;
+    node.isConcatenation(evaluation, parts);
+    for (const ASTNode* part : parts) appendTextOf(*part, evaluation, text);
+}
+
 inline std::uint32_t typeOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().type(node);
     return evaluation.withStack([&] { return node.typeWithin(evaluation); });
 }
 
 inline std::uint32_t errorOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().error(node);
     return evaluation.withStack([&] { return node.errorWithin(evaluation); });
 }
 
@@ -210,6 +242,7 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
+    void listOperands(std::vector<const ASTNode*>& operands) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 
@@ -235,6 +268,7 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
+    void listOperands(std::vector<const ASTNode*>& operands) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 

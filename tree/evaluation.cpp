@@ -109,6 +109,13 @@ Evaluation::Evaluation(const ASTNode* entry, Memory memory)
       stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
       stackBudget_(kCallerStackBudget) {}
 
+Evaluation::Evaluation(DeferredAnswers& answers)
+    : entry_(nullptr),
+      memory_(Memory::Deferred),
+      deferred_(&answers),
+      stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
+      stackBudget_(kCallerStackBudget) {}
+
 const std::string* Evaluation::rememberedText(const ASTNode* node) const {
     if (!texts_) return nullptr;
     const auto found = texts_->find(node);

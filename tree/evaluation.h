@@ -51,6 +51,20 @@ private:
     std::unique_ptr<std::unordered_map<const ASTNode*, Value>> spill_;
 };
 
+// Answers that a compiled program already holds for the operands of the
+// node whose rule it runs; an answer it does not hold yet is noted as missing
+// and stands in as a neutral value until the program has computed it.
+class DeferredAnswers {
+public:
+    virtual double number(const ASTNode& operand) = 0;
+    virtual void appendText(const ASTNode& operand, std::string& text) = 0;
+    virtual std::uint32_t type(const ASTNode& operand) = 0;
+    virtual std::uint32_t error(const ASTNode& operand) = 0;
+
+protected:
+    ~DeferredAnswers() = default;
+};
+
 // The context of one public call on a tree: what the call remembers, and how
 // much of the caller's stack it may still use.
 //
@@ -62,18 +76,32 @@ private:
 // the call's own, so trees of any depth can be evaluated on any thread.
 class Evaluation {
 public:
-    enum class Memory { ConditionsOnly, Everything };
+    // ConditionsOnly and Everything walk the tree; Deferred runs one node's
+    // rules for a compiled program, which supplies the operands' answers.
+    enum class Memory { ConditionsOnly, Everything, Deferred };
 
     Evaluation(const ASTNode* entry, Memory memory);
+    explicit Evaluation(DeferredAnswers& answers);
     Evaluation(const Evaluation&) = delete;
     Evaluation& operator=(const Evaluation&) = delete;
 
+    Memory memory() const { return memory_; }
     bool remembersEverything() const { return memory_ == Memory::Everything; }
+    DeferredAnswers& deferred() const { return *deferred_; }
     // The node whose own public operation opened this call.
     bool isEntry(const ASTNode* node) const { return node == entry_; }
 
     NodeMemo<double>& numbers() { return numbers_; }
-    NodeMemo<std::uint32_t>& types() { return types_; }
+    // A node's type, worked out once per call; a compiled program keeps
+    // answers itself, so there it is worked out each time it is asked.
+    template <typename Work>
+    std::uint32_t rememberedType(const ASTNode* node, Work&& work) {
+        if (memory_ == Memory::Deferred) return work();
+        if (const std::uint32_t* known = types_.find(node)) return *known;
+        const std::uint32_t type = work();
+        types_.keep(node, type);
+        return type;
+    }
     const std::string* rememberedText(const ASTNode* node) const;
     void rememberText(const ASTNode* node, const std::string& text);
 
@@ -115,6 +143,7 @@ private:
 
     const ASTNode* entry_;
     Memory memory_;
+    DeferredAnswers* deferred_ = nullptr;
     const char* stackTop_;
     std::size_t stackBudget_;
     NodeMemo<double> numbers_;

@@ -7,7 +7,6 @@
 using cellformula::Evaluation;
 using cellformula::errorOf;
 using cellformula::numberOf;
-using cellformula::appendTextOf;
 using cellformula::rememberedNumberOf;
 using cellformula::typeOf;
 
@@ -144,6 +143,12 @@ void CNIf::detachOperands(std::vector<ASTNode*>& pending) {
     pending.push_back(std::exchange(poCondition, nullptr));
 }
 
+void CNIf::listOperands(std::vector<const ASTNode*>& operands) const {
+    for (const ASTNode* operand : {poCondition, poThen, poElse}) {
+        if (operand != nullptr) operands.push_back(operand);
+    }
+}
+
 double CNIf::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
@@ -164,11 +169,17 @@ double CNIf::numberWithin(Evaluation& evaluation) const {
     return conditionTrue ? 1.0 : 0.0;
 }
 
-void CNIf::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (poCondition == nullptr) return;
+// The text is the chosen branch's, or empty without one.
+bool CNIf::isConcatenation(Evaluation& evaluation, std::vector<const ASTNode*>& parts) const {
+    if (poCondition == nullptr) return true;
     bool conditionTrue = false;
     const ASTNode* branch = chosenBranch(evaluation, conditionTrue);
-    if (branch != nullptr) appendTextOf(*branch, evaluation, text);
+    if (branch != nullptr) parts.push_back(branch);
+    return true;
+}
+
+void CNIf::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    cellformula::appendConcatenation(*this, evaluation, text);
 }
 
 std::uint32_t CNIf::typeWithin(Evaluation& evaluation) const {

@@ -68,6 +68,8 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     void detachOperands(std::vector<ASTNode*>& pending) override;
+    void listOperands(std::vector<const ASTNode*>& operands) const override;
+    bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 

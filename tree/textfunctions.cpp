@@ -66,6 +66,8 @@ std::string formatValue(double value, const std::string& format) {
     long long decimals = 0;
     placesOf(format, integerPlaces, decimals);
     std::stringstream stream;
+    // The classic locale, so that a host's decimal comma never reaches the text.
+    stream.imbue(std::locale::classic());
     stream.setf(std::ios_base::fixed, std::ios_base::floatfield);
     stream.setf(std::ios_base::right, std::ios_base::adjustfield);
     stream.fill('0');
