@@ -30,7 +30,11 @@ bool TokenReader::next(ScannedToken& token) {
     }
     token.symbol = symbol;
     token.begin = begin;
-    token.end = begin + static_cast<std::size_t>(scanner_.YYLeng());
+    // The location, not the last match, spans the token: the scanner may build
+    // one token from several matches. Only a newline token ends on the next line.
+    token.end = where_.end.line == where_.begin.line
+                    ? lineStart_ + static_cast<std::size_t>(where_.end.column - 1)
+                    : begin + 1;
     if (symbol == Parser::symbol_kind::S_EOL) lineStart_ = token.end;
     return true;
 }

@@ -56,6 +56,10 @@ const TokenCase kTokens[] = {
                        "number 1 | parenthesis )"},
     {"=1,5 # \xff\f", "operator = | number 1 | invalid , | number 5 | invalid # | invalid \xff | invalid \f"},
     {std::string("=1\0+2", 5), std::string("operator = | number 1 | end ") + '\0' + " | operator + | number 2"},
+    // A byte 0 inside a quoted text or a named input belongs to that one token.
+    {std::string("=\"a\0b\"+INPUT(\"x\0y\")+input(\"z\0\"", 30),
+     std::string("operator = | text \"a") + '\0' + "b\" | operator + | input INPUT(\"x" + '\0' +
+         "y\") | operator + | name input | parenthesis ( | text \"z" + '\0' + "\""},
     {"", ""},
     {" \t\r ", ""},
 };
@@ -120,7 +124,7 @@ TEST(Tokens, AgreeWithWhatTheParserReads) {
         "=SUM(A1:B2;3)*2",        "=IF(a>=1;\"x\";INPUT(\"r\"))", "=MAX(1,2)",     "=LEFT(\"abc\";1>0)",
         "=1<>2",                  "=ATAN2(1;2)^PI()",               "=\"a\nb\"+1\n", "=\"open",
         "=sin(1)+Sin",            std::string("=1\0=2+c", 8),       "=1 2",           "=.5",
-        "=DEC2BIN(7)&HEX2BIN(1)", "=NOT(1)%ISERROR(x);",
+        "=DEC2BIN(7)&HEX2BIN(1)", "=NOT(1)%ISERROR(x);",     std::string("=\"a\0b\"+INPUT(\"x\0y\")+1", 21),
     };
     for (const std::string& formula : formulas) {
         SCOPED_TRACE(formula);
