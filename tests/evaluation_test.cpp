@@ -97,17 +97,21 @@ void evaluateEverything(std::unique_ptr<ASTNode>& root, double expected) {
     root.reset();
 }
 
-TEST(Evaluation, DeepTreesOnEveryStack) {
+// One test per shape, so that the slow sanitizer build runs them side by side.
+class DeepTrees : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(DeepTrees, EvaluateOnEveryStack) {
+    const Shape shape = deepShapes()[GetParam()];
+    SCOPED_TRACE(shape.name);
     ExpressionParser::ParserDriver driver;
-    for (const Shape& shape : deepShapes()) {
-        SCOPED_TRACE(shape.name);
-        std::unique_ptr<ASTNode> root(driver.poParseExpression(shape.formula));
-        ASSERT_TRUE(root) << driver.oGetErrorMsg();
-        evaluateEverything(root, shape.value);
-        root.reset(driver.poParseExpression(shape.formula));
-        onSmallStack([&] { evaluateEverything(root, shape.value); });
-    }
+    std::unique_ptr<ASTNode> root(driver.poParseExpression(shape.formula));
+    ASSERT_TRUE(root) << driver.oGetErrorMsg();
+    evaluateEverything(root, shape.value);
+    root.reset(driver.poParseExpression(shape.formula));
+    onSmallStack([&] { evaluateEverything(root, shape.value); });
 }
+
+INSTANTIATE_TEST_SUITE_P(Evaluation, DeepTrees, testing::Range<std::size_t>(0, deepShapes().size()));
 
 TEST(Evaluation, DeepOutlinesPrint) {
     ExpressionParser::ParserDriver driver;

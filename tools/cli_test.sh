@@ -213,6 +213,22 @@ $(res 7 number '0 ErrNone')" ]; then
     echo "FAIL: a 10 MB line on standard input"
 fi
 
+# A sum of a million terms, and an outline 20,000 levels deep: evaluated and
+# printed without recursion. (An outline's indentation grows with the square
+# of its depth, so the million-level one is not printed.)
+total=$((total + 1))
+awk 'BEGIN { printf "=1"; for (i = 1; i < 1000000; i++) printf "+1"; print "" }' >"$work/sum"
+if [ "$("$cli" <"$work/sum" 2>/dev/null)" != "$(res 1e+06 number '0 ErrNone')" ]; then
+    failed=$((failed + 1))
+    echo "FAIL: a sum of a million terms on standard input"
+fi
+total=$((total + 1))
+awk 'BEGIN { printf "="; for (i = 0; i < 20000; i++) printf "SQRT("; printf "1"; for (i = 0; i < 20000; i++) printf ")"; print "" }' >"$work/deep"
+if [ "$("$cli" --tree <"$work/deep" 2>/dev/null | wc -l)" -ne 20002 ]; then
+    failed=$((failed + 1))
+    echo "FAIL: the outline of 20,000 nested SQRT"
+fi
+
 # --- bad arguments and help
 check 2 "" "cellformula: unknown option --bogus (see cellformula --help)" --bogus '=1'
 check 2 "" "cellformula: unknown option --bogus (see cellformula --help)" --bogus=1 '=1'

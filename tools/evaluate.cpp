@@ -48,10 +48,11 @@ Result evaluateFormula(ExpressionParser::ParserDriver& driver, const std::string
     }
     if (withTree) result.tree = outline(*root);
     try {
-        result.type = root->exprType();
-        result.error = root->errType();
-        result.value = result.type == ExprNumber ? QuandelUtils::sstringify(root->f64Evaluate())
-                                                 : root->stringEvaluate();
+        // The compiled program walks no recursion, whatever the formula's depth.
+        const cellformula::FormulaResult all = cellformula::CompiledFormula(*root).oEvaluateAll();
+        result.type = all.u32Type;
+        result.error = all.u32Error;
+        result.value = result.type == ExprNumber ? QuandelUtils::sstringify(all.f64Value) : all.oText;
     } catch (const std::invalid_argument&) {
         result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: invalid argument", result.tree, std::nullopt};
     } catch (const std::out_of_range&) {
