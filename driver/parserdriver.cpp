@@ -6,6 +6,7 @@
 
 #include "parser.hh"
 #include "scanner.h"
+#include "syntaxerrorreader.h"
 
 namespace ExpressionParser {
 
@@ -22,6 +23,19 @@ struct ParsingContext {
     std::ostream* errorStream = &std::cerr;
     // Engaged while a formula is parsed: its ranges share one budget.
     std::optional<std::uint64_t> rangeCellsInFormula;
+
+    // The formula being parsed, for locating a syntax error in it.
+    const std::string* hostText = nullptr;
+    bool numberPrefixed = false;
+    bool hasSyntaxError = false;
+    SyntaxError syntaxError;
+
+    // The text the parser reads: the host's, or "=" and a bare number.
+    SyntaxErrorReader errorReader(std::string& prefixed) const {
+        if (!numberPrefixed) return SyntaxErrorReader(*hostText, 0);
+        prefixed = "=" + *hostText;
+        return SyntaxErrorReader(prefixed, 1);
+    }
 };
 
 namespace {
@@ -52,6 +66,9 @@ ParserDriver::~ParserDriver() {
 ParserDriver& ParserDriver::operator=(const ParserDriver& other) {
     if (this == &other) return *this;
     oErrorText_ = other.oErrorText_;
+    // The error as data goes with its text.
+    poContext_->hasSyntaxError = other.poContext_->hasSyntaxError;
+    poContext_->syntaxError = other.poContext_->syntaxError;
     if (poSource_ == nullptr && other.poSource_ != nullptr) poSource_ = other.poSource_->poClone();
     return *this;
 }
@@ -59,12 +76,15 @@ ParserDriver& ParserDriver::operator=(const ParserDriver& other) {
 ASTNode* ParserDriver::poParseExpression(const std::string& text) {
     poRoot_ = nullptr;
     oErrorText_.clear();
+    poContext_->hasSyntaxError = false;
     // A text that begins with "=" never reads as a number, so the costly
     // number test is only needed for the others; a number is read as the
     // formula "=" followed by it.
     const bool formulaText = !text.empty() && text[0] == '=';
     if (!formulaText && !SpreadSheetHelper::bIsNumber(text)) return nullptr;
 
+    poContext_->hostText = &text;
+    poContext_->numberPrefixed = !formulaText;
     poContext_->scanner.vSetText(formulaText ? "" : "=", text);
     poContext_->scanner.yyrestart(poContext_->unusedStream);
 
@@ -77,12 +97,20 @@ ASTNode* ParserDriver::poParseExpression(const std::string& text) {
         // (after a byte 0) is ours to free when the parse does not finish.
         delete poRoot_;
         poRoot_ = nullptr;
+        poContext_->hostText = nullptr;
         throw;
     }
     if (result != 0) {
         delete poRoot_;
         poRoot_ = nullptr;
+        // A failed range says so only in its message.
+        std::string prefixed;
+        if (!poContext_->hasSyntaxError &&
+            poContext_->errorReader(prefixed).fromRangeMessage(oErrorText_, poContext_->syntaxError)) {
+            poContext_->hasSyntaxError = true;
+        }
     }
+    poContext_->hostText = nullptr;
     return poRoot_;
 }
 
@@ -105,12 +133,21 @@ VariableRecord ParserDriver::getVariableFrom(const std::string& name) const {
     return poSource_->oGetVariable(name);
 }
 
+const SyntaxError* ParserDriver::poGetSyntaxError() const {
+    return poContext_->hasSyntaxError ? &poContext_->syntaxError : nullptr;
+}
+
 void ParserDriver::error(const std::string& message) {
     oErrorText_ = message;
     if (poContext_->errorStream != nullptr) *poContext_->errorStream << oErrorText_ << std::endl;
 }
 
 void ParserDriver::error(const location& where, const std::string& message) {
+    if (poContext_->hostText != nullptr) {
+        std::string prefixed;
+        poContext_->syntaxError = poContext_->errorReader(prefixed).fromParserMessage(where, message);
+        poContext_->hasSyntaxError = true;
+    }
     std::ostringstream text;
     text.imbue(std::locale::classic());  // column 1234 must not print as "1.234"
     text << where << ": " << message;

@@ -10,6 +10,7 @@
 #include "calculationcollection.h"
 #include "location.hh"
 #include "spreadsheethelper.h"
+#include "syntaxerror.h"
 
 namespace ExpressionParser {
 
@@ -27,7 +28,7 @@ public:
     ParserDriver();
     ~ParserDriver();
     ParserDriver(const ParserDriver&) = delete;
-    // Copies the error text; takes a clone of the other driver's variable
+    // Copies the error text and its data; takes a clone of the other driver's variable
     // source when this driver has none. The tree root is never copied.
     ParserDriver& operator=(const ParserDriver& other);
 
@@ -40,6 +41,11 @@ public:
     void vSetCalcCollection(CalculationCollectionBase* source);
     std::string& oGetErrorMsg();
     VariableRecord getVariableFrom(const std::string& name) const;
+
+    // The failure of the last parse as data: null after a success, for a text
+    // that is no formula, and for failures other than a syntax error or a
+    // range corner that is no cell name. The error text is unaffected.
+    const SyntaxError* poGetSyntaxError() const;
 
     // Records the message as the error text and writes it as one line to the
     // error stream.

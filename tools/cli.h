@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include <cellformula/syntaxerror.h>
+
 namespace cellformula::cli {
 
 // The command line cannot be understood: one line with a hint to --help, status 2.
@@ -61,6 +63,14 @@ void dropByteOrderMark(std::string& text);
 int runEvaluate(const EvaluateOptions& options, Streams io);
 int runRewrite(const std::vector<std::string>& args, Streams io);
 int runCell(const std::vector<std::string>& args, Streams io);
+int runTokens(const std::vector<std::string>& args, Streams io);
+int runRefs(const std::vector<std::string>& args, Streams io);
+
+// Output pieces shared by the subcommands: a field kept on one line (\\ \t
+// \n \r escaped), a JSON string for any bytes, and a syntax error as JSON.
+std::string escapeField(const std::string& text);
+std::string jsonString(const std::string& text);
+std::string syntaxErrorJson(const ExpressionParser::SyntaxError& error);
 
 // Command-line numbers, shared by rewrite and cell; a bad one is a UsageError
 // that names `what`.

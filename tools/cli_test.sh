@@ -176,7 +176,7 @@ check 0 "$(res 1 number '0 ErrNone')" "*accepting rule*" --trace '=1'
 # --- JSON: one object per input, valid for any bytes
 check 0 '{"formula":"=1/0","value":"inf","type":"number","error":5,"errorName":"ErrDomain","errorText":""}' "" \
     --json '=1/0'
-check 1 '{"formula":"=1+","value":null,"type":"error","error":null,"errorName":null,"errorText":"1.4: syntax error, unexpected end of file"}' \
+check 1 '{"formula":"=1+","value":null,"type":"error","error":null,"errorName":null,"errorText":"1.4: syntax error, unexpected end of file","syntaxError":{"begin":{"line":1,"column":4,"offset":3},"end":{"line":1,"column":4,"offset":3},"unexpected":"end of file","expected":[]}}' \
     "<argument>:1: 1.4: syntax error, unexpected end of file" --json '=1+'
 check 0 '{"formula":"=1+2","value":"3","type":"number","error":0,"errorName":"ErrNone","errorText":"","tree":"+ add\n  1\n  2\n"}' "" \
     --json --tree '=1+2'
@@ -298,6 +298,27 @@ check 2 "" "*row index must be a whole number*" cell 1 x
 check 2 "" "*cell needs*" cell
 check 2 "" "*row index must not be negative*" cell 1 -1
 check 2 "" "*cell needs*" cell A1 2 3
+
+# --- editor support: tokens, references, and the syntax error as data
+check 0 "$(printf '0 1 operator =\t1 4 function SUM\t4 5 parenthesis (\t5 9 name $A$1\t9 10 separator :\t10 12 name B2\t12 13 parenthesis )\t13 14 operator *\t14 19 text "a\\tb"')" "" \
+    tokens "=SUM(\$A\$1:B2)*\"a${tab}b\""
+check 0 "$(printf '0 1 operator =\t1 2 invalid "\t2 5 name abc\n0 1 operator =\t2 3 number 1\t3 4 invalid ,')" "" \
+    tokens '="abc' '= 1,'
+check 0 '[{"kind":"function","text":"SUM","begin":1,"end":4},{"kind":"invalid","text":"\u0001","begin":4,"end":5}]' "" \
+    tokens --json " SUM$(printf '\001')"
+check 0 "$(printf '5 10 A1:B2 0,0 1,1\t11 15 $D$4 $3,$3\t17 19 c3 2,2\n')" "" refs '=SUM(A1:B2;$D$4)+c3+"E5"+rate'
+check 0 '[{"text":"$D$4","begin":1,"end":5,"cell":{"column":3,"row":3,"columnAbsolute":true,"rowAbsolute":true,"begin":1,"end":5}},{"text":"A1:B2","begin":10,"end":15,"from":{"column":0,"row":0,"columnAbsolute":false,"rowAbsolute":false,"begin":10,"end":12},"to":{"column":1,"row":1,"columnAbsolute":false,"rowAbsolute":false,"begin":13,"end":15}}]' "" \
+    refs --json '=$D$4+MIN(A1:B2)'
+with_input "$(printf '=A1\n\n=x')"
+check 0 "$(printf '1 3 A1 0,0\n\n')" "" refs
+check 0 "$(printf '[{"kind":"operator","text":"=","begin":0,"end":1},{"kind":"name","text":"A1","begin":1,"end":3}]\n[]\n[{"kind":"operator","text":"=","begin":0,"end":1},{"kind":"name","text":"x","begin":1,"end":2}]')" "" tokens --json
+no_input
+check 2 "" "*unknown option --tree for refs*" refs --tree '=A1'
+check 1 '{"formula":"=MAX(1,2)","value":null,"type":"error","error":null,"errorName":null,"errorText":"1.7: syntax error, unexpected invalid token, expecting '"')' or ';'"'","syntaxError":{"begin":{"line":1,"column":7,"offset":6},"end":{"line":1,"column":8,"offset":7},"unexpected":"invalid token","expected":["'"')'"'","'"';'"'"]}}' \
+    "*" --json '=MAX(1,2)'
+check 1 '{"formula":"=SUM(A1:x)","value":null,"type":"error","error":null,"errorName":null,"errorText":"Invalid cell name: \"x\"","syntaxError":{"begin":{"line":1,"column":9,"offset":8},"end":{"line":1,"column":10,"offset":9},"invalidCellName":"x"}}' \
+    "*" --json '=SUM(A1:x)'
+check 1 '{"formula":"A1","value":null,"type":"error","error":null,"errorName":null,"errorText":"not a formula"}' "*" --json 'A1'
 
 # --- help
 total=$((total + 1))

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
@@ -24,6 +25,7 @@ struct Result {
     std::uint32_t error = ErrNone;
     std::string errorText;
     std::string tree;  // the outline, when asked for
+    std::optional<ExpressionParser::SyntaxError> syntaxError;
 };
 
 std::string outline(const ASTNode& root) {
@@ -41,6 +43,7 @@ Result evaluateFormula(ExpressionParser::ParserDriver& driver, const std::string
     if (!root) {
         result.failed = true;
         result.errorText = driver.oGetErrorMsg().empty() ? "not a formula" : driver.oGetErrorMsg();
+        if (const ExpressionParser::SyntaxError* error = driver.poGetSyntaxError()) result.syntaxError = *error;
         return result;
     }
     if (withTree) result.tree = outline(*root);
@@ -51,9 +54,9 @@ Result evaluateFormula(ExpressionParser::ParserDriver& driver, const std::string
         result.error = all.u32Error;
         result.value = result.type == ExprNumber ? QuandelUtils::sstringify(all.f64Value) : all.oText;
     } catch (const std::invalid_argument&) {
-        result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: invalid argument", result.tree};
+        result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: invalid argument", result.tree, std::nullopt};
     } catch (const std::out_of_range&) {
-        result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: argument out of range", result.tree};
+        result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: argument out of range", result.tree, std::nullopt};
     }
     return result;
 }
@@ -81,22 +84,6 @@ std::string errorName(std::uint32_t error) {
     }
 }
 
-// Keeps a field on one line: backslash, tab, LF and CR become \\ \t \n \r.
-std::string escapeField(const std::string& text) {
-    std::string escaped;
-    escaped.reserve(text.size());
-    for (const char c : text) {
-        switch (c) {
-            case '\\': escaped += "\\\\"; break;
-            case '\t': escaped += "\\t"; break;
-            case '\n': escaped += "\\n"; break;
-            case '\r': escaped += "\\r"; break;
-            default: escaped += c;
-        }
-    }
-    return escaped;
-}
-
 // Length of the well-formed UTF-8 sequence at `pos`, or 0 when the byte there
 // does not start one (overlong forms, surrogates and code points above
 // U+10FFFF are not well formed).
@@ -115,6 +102,48 @@ std::size_t utf8SequenceLength(const std::string& text, std::size_t pos) {
         if (byte(pos + i) < 0x80 || byte(pos + i) > 0xBF) return 0;
     }
     return length;
+}
+
+void printText(const Result& result, bool withTree, std::ostream& out) {
+    if (withTree) out << result.tree;
+    if (result.failed) {
+        out << "\terror\t" << escapeField(result.errorText) << '\n';
+    } else {
+        out << escapeField(result.value) << '\t' << typeName(result) << '\t' << result.error << ' '
+            << errorName(result.error) << '\n';
+    }
+}
+
+void printJson(const std::string& formula, const Result& result, bool withTree, std::ostream& out) {
+    out << "{\"formula\":" << jsonString(formula);
+    if (result.failed) {
+        out << ",\"value\":null,\"type\":\"error\",\"error\":null,\"errorName\":null";
+    } else {
+        out << ",\"value\":" << jsonString(result.value) << ",\"type\":\"" << typeName(result)
+            << "\",\"error\":" << result.error << ",\"errorName\":\"" << errorName(result.error) << '"';
+    }
+    out << ",\"errorText\":" << jsonString(result.errorText);
+    if (result.syntaxError) out << ",\"syntaxError\":" << syntaxErrorJson(*result.syntaxError);
+    if (withTree) out << ",\"tree\":" << (result.tree.empty() ? "null" : jsonString(result.tree));
+    out << "}\n";
+}
+
+}  // namespace
+
+// Keeps a field on one line: backslash, tab, LF and CR become \\ \t \n \r.
+std::string escapeField(const std::string& text) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+            case '\\': escaped += "\\\\"; break;
+            case '\t': escaped += "\\t"; break;
+            case '\n': escaped += "\\n"; break;
+            case '\r': escaped += "\\r"; break;
+            default: escaped += c;
+        }
+    }
+    return escaped;
 }
 
 // A JSON string for any bytes: control characters escaped, every byte that is
@@ -150,31 +179,6 @@ std::string jsonString(const std::string& text) {
     }
     return json + '"';
 }
-
-void printText(const Result& result, bool withTree, std::ostream& out) {
-    if (withTree) out << result.tree;
-    if (result.failed) {
-        out << "\terror\t" << escapeField(result.errorText) << '\n';
-    } else {
-        out << escapeField(result.value) << '\t' << typeName(result) << '\t' << result.error << ' '
-            << errorName(result.error) << '\n';
-    }
-}
-
-void printJson(const std::string& formula, const Result& result, bool withTree, std::ostream& out) {
-    out << "{\"formula\":" << jsonString(formula);
-    if (result.failed) {
-        out << ",\"value\":null,\"type\":\"error\",\"error\":null,\"errorName\":null";
-    } else {
-        out << ",\"value\":" << jsonString(result.value) << ",\"type\":\"" << typeName(result)
-            << "\",\"error\":" << result.error << ",\"errorName\":\"" << errorName(result.error) << '"';
-    }
-    out << ",\"errorText\":" << jsonString(result.errorText);
-    if (withTree) out << ",\"tree\":" << (result.tree.empty() ? "null" : jsonString(result.tree));
-    out << "}\n";
-}
-
-}  // namespace
 
 int runEvaluate(const EvaluateOptions& options, Streams io) {
     const bool sheetFromInput = std::any_of(options.tableInputs.begin(), options.tableInputs.end(),

@@ -20,6 +20,8 @@ const char* const kUsage = R"(Usage:
   cellformula rewrite insert-column COL | delete-column COL [FORMULA...]
   cellformula cell NAME
   cellformula cell COL ROW
+  cellformula tokens [--json] [FORMULA...]
+  cellformula refs [--json] [FORMULA...]
 
 Parses and evaluates each FORMULA ("=..." or a bare number); without FORMULA
 arguments, formulas are read one per line from standard input. Each input
@@ -56,6 +58,17 @@ Options (also written --option=value):
 rewrite prints each formula with its cell references moved: by ROWS rows and
 COLS columns (offset), or after inserting or deleting row N (counted from 1)
 or column COL (letters such as C, or an index counted from 0).
+
+tokens prints the tokens of each input as the parser reads them, one line
+per input with a tab between tokens, each as BEGIN END KIND TEXT (byte
+offsets, end exclusive; KIND is number, text, name, function, input,
+operator, separator, parenthesis, end or invalid). refs prints the cell
+references of each input the same way, each as BEGIN END TEXT CELL [CELL],
+a CELL being COLUMN,ROW indices from 0 with "$" before an absolute part.
+With --json each input gives one line holding one JSON array.
+With --json, an input that does not parse carries a "syntaxError" object:
+begin and end (line, column, offset), "unexpected" and "expected" names, or
+"invalidCellName" for a range corner that is no cell name.
 
 cell NAME prints the column index, row index (both from 0) and column letters
 of a cell name; cell COL ROW prints the name of the cell at those indices.
@@ -136,6 +149,8 @@ struct Subcommand {
 const Subcommand kSubcommands[] = {
     {"rewrite", runRewrite},
     {"cell", runCell},
+    {"tokens", runTokens},
+    {"refs", runRefs},
 };
 
 int dispatch(const std::vector<std::string>& args, Streams io) {

@@ -1,0 +1,82 @@
+// Editor support over long formula texts: tokens in bytes per second, and
+// the reference list on the same texts as the rewriting benchmarks, so the
+// two compare within one run.
+#include <string>
+
+#include "benchutil.h"
+#include "cellreferences.h"
+#include "formulatokens.h"
+
+namespace {
+
+using ExpressionParser::CellReferences;
+using ExpressionParser::FormulaTokens;
+
+constexpr std::size_t kLongText = 1 << 20;
+
+std::string textOf(bool references) {
+    return references ? longReferenceList(kLongText) : longMixedFormula(kLongText);
+}
+
+// `reused`: into one vector kept across calls, as an editor would; otherwise
+// a new vector per call, whose fresh pages dominate on a long text.
+void tokens(benchmark::State& state, bool references, bool reused) {
+    const std::string formula = textOf(references);
+    std::vector<ExpressionParser::FormulaToken> kept;
+    for (auto _ : state) {
+        if (reused) {
+            FormulaTokens::vGetTokens(formula, kept);
+        } else {
+            kept = FormulaTokens::oGetTokens(formula);
+        }
+        benchmark::DoNotOptimize(kept.data());
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+    state.counters["tokens"] = static_cast<double>(kept.size());
+}
+
+void references(benchmark::State& state, bool references, bool reused) {
+    const std::string formula = textOf(references);
+    std::vector<ExpressionParser::CellReference> kept;
+    for (auto _ : state) {
+        if (reused) {
+            CellReferences::vGetReferences(formula, kept);
+        } else {
+            kept = CellReferences::oGetReferences(formula);
+        }
+        benchmark::DoNotOptimize(kept.data());
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+    state.counters["references"] = static_cast<double>(kept.size());
+}
+
+// A host colouring one short formula at each keystroke.
+void tokensShort(benchmark::State& state) {
+    const std::string formula = "=IF(SUM($A$1:B20)>0;LEFT(\"total\";3);ROUND*2)";
+    for (auto _ : state) benchmark::DoNotOptimize(FormulaTokens::oGetTokens(formula));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+}
+
+// Token rate by shape: what the scanner's own actions cost per kind of token.
+void tokensOfShape(benchmark::State& state, std::string piece) {
+    std::string formula = "=";
+    while (formula.size() < kLongText) formula += piece;
+    std::vector<ExpressionParser::FormulaToken> kept;
+    for (auto _ : state) FormulaTokens::vGetTokens(formula, kept);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+    state.counters["tokens"] = static_cast<double>(kept.size());
+}
+}  // namespace
+
+BENCHMARK_CAPTURE(tokens, mixed, false, true)->Name("Tokens/Mixed/1MB");
+BENCHMARK_CAPTURE(tokens, references, true, true)->Name("Tokens/References/1MB");
+BENCHMARK_CAPTURE(tokens, mixedNew, false, false)->Name("Tokens/Mixed/1MB/NewVector");
+BENCHMARK_CAPTURE(references, mixed, false, true)->Name("References/Mixed/1MB");
+BENCHMARK_CAPTURE(references, references, true, true)->Name("References/References/1MB");
+BENCHMARK_CAPTURE(references, referencesNew, true, false)->Name("References/References/1MB/NewVector");
+BENCHMARK(tokensShort)->Name("Tokens/ShortFormula");
+BENCHMARK_CAPTURE(tokensOfShape, integers, std::string("1+"))->Name("Tokens/Shape/Integers");
+BENCHMARK_CAPTURE(tokensOfShape, doubles, std::string("1.5+"))->Name("Tokens/Shape/Doubles");
+BENCHMARK_CAPTURE(tokensOfShape, names, std::string("ab+"))->Name("Tokens/Shape/Names");
+BENCHMARK_CAPTURE(tokensOfShape, keywords, std::string("SIN("))->Name("Tokens/Shape/Keywords");
+BENCHMARK_CAPTURE(tokensOfShape, blanks, std::string("1 +   "))->Name("Tokens/Shape/Blanks");
