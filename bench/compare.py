@@ -90,7 +90,7 @@ def span(values):
     if not values:
         return "-"
     low, high = min(values), max(values)
-    return f"{low:.2f}" if f"{low:.2f}" == f"{high:.2f}" else f"{low:.2f}-{high:.2f}"
+    return f"{low:.2f}" if f"{low:.2f}" == f"{high:.2f}" else f"{low:.2f}..{high:.2f}"
 
 
 def main(paths):

@@ -53,7 +53,7 @@ def exponent(points):
 def span(values, fmt):
     low, high = min(values), max(values)
     text = fmt.format(low)
-    return text if fmt.format(high) == text else text + "-" + fmt.format(high)
+    return text if fmt.format(high) == text else text + ".." + fmt.format(high)
 
 
 def run_series(binary, repeat, keep):
