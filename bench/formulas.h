@@ -37,6 +37,8 @@ struct GrowingShape {
     const char* innermost;
     const char* close;
     const char* tail;
+    int largest;        // the most levels its scaling series reaches
+    bool nodePerLevel;  // false where the parser keeps one node whatever the depth
 };
 
 // Every deep shape a host may paste, nested or chained as the parser builds

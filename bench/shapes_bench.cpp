@@ -88,16 +88,15 @@ void growShape(benchmark::State& state, const GrowingShape* shape, Operation ope
 
 void registerShapes() {
     for (const GrowingShape& shape : growingShapes()) {
-        const std::int64_t last = std::string(shape.name) == "LeftDeepSum" ? 1000000 : 100000;
         for (const OperationName& operation : kOperations) {
-            // Parentheses leave one node whatever their depth, so timing its
-            // delete would parse 100,000 levels for every nanosecond measured.
-            if (operation.operation == Operation::Delete && std::string(shape.name) == "Parentheses") continue;
+            // Timing the delete of a one-node tree would parse the whole
+            // formula for every few nanoseconds measured.
+            if (operation.operation == Operation::Delete && !shape.nodePerLevel) continue;
             const std::string name = std::string("Shape/") + shape.name + "/" + operation.name;
             auto* bench = benchmark::RegisterBenchmark(name.c_str(), growShape, &shape, operation.operation)
                               ->MinTime(kSeriesSeconds)
                               ->Complexity();
-            decadeSeries(bench, 1000, last);
+            decadeSeries(bench, 1000, shape.largest);
             if (operation.operation == Operation::Delete) bench->UseManualTime();
         }
     }
