@@ -71,17 +71,6 @@ std::string rangeSum(int cells) {
     return "=SUM(A1:CV" + std::to_string(rows) + ")";
 }
 
-const char* shapeName(Shape shape) {
-    switch (shape) {
-        case Shape::LeftDeepSum: return "LeftDeepSum";
-        case Shape::IfInCondition: return "IfInCondition";
-        case Shape::LogInBase: return "LogInBase";
-        case Shape::LeftInLeft: return "LeftInLeft";
-        case Shape::RightNestedDivision: return "RightNestedDivision";
-    }
-    return "";
-}
-
 namespace {
 
 std::string repeated(const std::string& piece, int times) {
@@ -93,17 +82,38 @@ std::string repeated(const std::string& piece, int times) {
 
 }  // namespace
 
-std::string nestedShape(Shape shape, int depth) {
-    switch (shape) {
-        case Shape::LeftDeepSum: return "=1" + repeated("+1", depth);
-        case Shape::IfInCondition: return "=" + repeated("IF(", depth) + "1" + repeated(">0;1;2)", depth);
-        // LOG(100;b) stays between 2 and 7 for every base in that range, so no
-        // level meets a logarithm error that would cut the check short.
-        case Shape::LogInBase: return "=" + repeated("LOG(100;", depth) + "10" + repeated(")", depth);
-        case Shape::LeftInLeft: return "=" + repeated("LEFT(", depth) + "\"abcdefgh\"" + repeated(";5)", depth);
-        case Shape::RightNestedDivision: return "=" + repeated("1/(", depth) + "2" + repeated(")", depth);
-    }
-    return "";
+const std::vector<GrowingShape>& growingShapes() {
+    static const std::vector<GrowingShape> shapes = {
+        {"LeftDeepSum", "", "1+", "1", "", "", 1000000, true},
+        {"Parentheses", "", "(", "1", ")", "", 100000, false},
+        {"Sqrt", "", "SQRT(", "1", ")", "", 100000, true},
+        {"UnaryMinus", "", "-(", "1", ")", "", 100000, true},
+        {"IfInThenBranch", "", "IF(1;", "2", ")", "", 100000, true},
+        {"IfInComparedCondition", "", "IF(", "1", ">0;1;0)", "", 100000, true},
+        {"LeftInLeft", "", "LEFT(", "\"abc\"", ";2)", "", 100000, true},
+        {"LogInBase", "", "LOG(2;", "2", ")", "", 100000, true},
+        {"LogInValue", "", "LOG(", "2", ";2)", "", 100000, true},
+        {"TextInValue", "", "TEXT(", "1", ";\"0.0\")", "", 100000, true},
+        {"TextInFormat", "", "TEXT(1;", "\"0.0\"", ")", "", 100000, true},
+        {"RadixRoundTrips", "", "BIN2DEC(DEC2BIN(", "1", "))", "", 100000, true},
+        {"PowerChain", "", "1^", "1", "", "", 100000, true},
+        {"RightNestedDivision", "", "1/(", "1", ")", "", 100000, true},
+        {"Comparisons", "", "1<", "1", "", "", 100000, true},
+        {"TextConcatenation", "", "\"a\"+", "\"a\"", "", "", 100000, true},
+        {"Min", "MIN(", "1;", "1", "", ")", 100000, true},
+        // LOG(100;b) stays between 2 and 7 for every base in that range,
+        // LOG(x;1.2) draws x towards 14.7, and TEXT(0;"0.0") gives its own
+        // format again, so no level of these meets an error.
+        {"LogInBaseNoError", "", "LOG(100;", "10", ")", "", 100000, true},
+        {"LogInValueNoError", "", "LOG(", "15", ";1.2)", "", 100000, true},
+        {"TextInFormatNoError", "", "TEXT(0;", "\"0.0\"", ")", "", 100000, true},
+    };
+    return shapes;
+}
+
+std::string grownFormula(const GrowingShape& shape, int levels) {
+    return "=" + std::string(shape.head) + repeated(shape.open, levels) + shape.innermost +
+           repeated(shape.close, levels) + shape.tail;
 }
 
 std::string longMixedFormula(std::size_t bytes) {

@@ -28,12 +28,26 @@ std::string nestedParentheses(int depth, bool withEquals = true);
 // "=SUM(A1:CVn)", a rectangle 100 columns wide of `cells` cells.
 std::string rangeSum(int cells);
 
-// Tree shapes whose error and type rules ask their operands again and again.
-enum class Shape { LeftDeepSum, IfInCondition, LogInBase, LeftInLeft, RightNestedDivision };
-const char* shapeName(Shape shape);
-// The shape nested `depth` levels; every level is free of errors, so each one
-// runs its complete check.
-std::string nestedShape(Shape shape, int depth);
+// A formula shape that grows one level or one term at a time:
+// "=" head, `open` n times, innermost, `close` n times, tail.
+struct GrowingShape {
+    const char* name;
+    const char* head;
+    const char* open;
+    const char* innermost;
+    const char* close;
+    const char* tail;
+    int largest;        // the most levels its scaling series reaches
+    bool nodePerLevel;  // false where the parser keeps one node whatever the depth
+};
+
+// Every deep shape a host may paste, nested or chained as the parser builds
+// it, plus error-free forms of the shapes whose test form meets an error at
+// its innermost levels, so every level runs its complete check too.
+const std::vector<GrowingShape>& growingShapes();
+
+// The shape with `levels` levels or terms.
+std::string grownFormula(const GrowingShape& shape, int levels);
 
 // The sheet formulas joined by "+" into one formula of at least `bytes` characters.
 std::string longMixedFormula(std::size_t bytes);

@@ -1,6 +1,6 @@
 // Parsing cost against the length of one token: a text literal, a run of
 // blanks, a name and a text literal of byte 0s, each up to 10 MB, beside the
-// long sum of many short tokens. bench/exponents.py fits the growth exponent.
+// long sum of many short tokens. bench/scan_exponents.py fits the growth exponent.
 #include <string>
 
 #include "benchutil.h"

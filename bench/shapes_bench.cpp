@@ -1,6 +1,8 @@
-// Scaling of errType() and exprType() on the tree shapes whose rules ask
-// their operands again at every level. Depths stay at 10,000 or less:
-// evaluation recurses once per level.
+// Scaling series of every public operation on every deep shape, from 1,000
+// levels to 100,000 (a million terms for the sum): each operation must stay
+// linear, so bench/exponents.py fits the exponent of each series.
+#include <time.h>
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -10,42 +12,92 @@
 
 namespace {
 
-enum class Operation { Type, Error };
+enum class Operation { Type, Error, Value, Text, OneCall, Delete };
 
-void queryShape(benchmark::State& state, Shape shape, Operation operation) {
-    const int depth = static_cast<int>(state.range(0));
-    BenchDriver driver(formulaSheet());
-    const std::unique_ptr<ASTNode> tree = driver.parse(nestedShape(shape, depth));
-    if (!tree) {
-        state.SkipWithError("the shape did not parse");
-        return;
-    }
-    std::uint32_t answer = 0;
+struct OperationName {
+    Operation operation;
+    const char* name;
+};
+
+const OperationName kOperations[] = {
+    {Operation::Type, "ExprType"},     {Operation::Error, "ErrType"},      {Operation::Value, "F64Evaluate"},
+    {Operation::Text, "StringEvaluate"}, {Operation::OneCall, "EvaluateAll"}, {Operation::Delete, "Delete"},
+};
+
+// Long enough for a hundred runs of the largest trees, short enough that
+// all the series finish in a few minutes.
+constexpr double kSeriesSeconds = 0.1;
+
+void runOperation(benchmark::State& state, ASTNode& tree, Operation operation) {
     for (auto _ : state) {
-        answer = operation == Operation::Type ? tree->exprType() : tree->errType();
-        benchmark::DoNotOptimize(answer);
+        switch (operation) {
+            case Operation::Type: benchmark::DoNotOptimize(tree.exprType()); break;
+            case Operation::Error: benchmark::DoNotOptimize(tree.errType()); break;
+            case Operation::Value: benchmark::DoNotOptimize(tree.f64Evaluate()); break;
+            case Operation::Text: {
+                std::string text = tree.stringEvaluate();
+                benchmark::DoNotOptimize(text);
+                break;
+            }
+            case Operation::OneCall: {
+                cellformula::FormulaResult result = cellformula::oEvaluateAll(tree);
+                benchmark::DoNotOptimize(result);
+                break;
+            }
+            case Operation::Delete: break;
+        }
     }
-    // Checked afterwards, as one more errType() would cost as much as the run.
-    if (operation == Operation::Error && answer != ErrNone) {
-        state.SkipWithError("the shape has an error, so its check stopped early");
+}
+
+double threadSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// Each run frees a fresh tree; only the processor time of the delete counts,
+// so the parse before it and other engineers' load stay out of the figure.
+void runDelete(benchmark::State& state, BenchDriver& driver, const std::string& formula) {
+    for (auto _ : state) {
+        ASTNode* root = driver.parse(formula).release();
+        const double start = threadSeconds();
+        delete root;
+        state.SetIterationTime(threadSeconds() - start);
     }
-    state.SetComplexityN(depth);
-    state.SetItemsProcessed(state.iterations() * depth);
+}
+
+void growShape(benchmark::State& state, const GrowingShape* shape, Operation operation) {
+    const int levels = static_cast<int>(state.range(0));
+    const std::string formula = grownFormula(*shape, levels);
+    BenchDriver driver(formulaSheet());
+    if (operation == Operation::Delete) {
+        runDelete(state, driver, formula);
+    } else {
+        const std::unique_ptr<ASTNode> tree = driver.parse(formula);
+        if (!tree) {
+            state.SkipWithError("the shape did not parse");
+            return;
+        }
+        runOperation(state, *tree, operation);
+        // The error code tells whether every level ran its complete check.
+        state.counters["error"] = tree->errType();
+    }
+    state.SetComplexityN(levels);
+    state.SetItemsProcessed(state.iterations() * levels);
 }
 
 void registerShapes() {
-    const Shape shapes[] = {Shape::LeftDeepSum, Shape::IfInCondition, Shape::LogInBase, Shape::LeftInLeft,
-                            Shape::RightNestedDivision};
-    const struct {
-        Operation operation;
-        const char* name;
-    } operations[] = {{Operation::Error, "ErrType"}, {Operation::Type, "ExprType"}};
-    for (const auto& operation : operations) {
-        for (const Shape shape : shapes) {
-            const std::string name = std::string("Shape/") + operation.name + "/" + shapeName(shape);
-            benchmark::RegisterBenchmark(name.c_str(), queryShape, shape, operation.operation)
-                ->Apply([](benchmark::internal::Benchmark* bench) { decadeSeries(bench, 10, 10000); })
-                ->Complexity();
+    for (const GrowingShape& shape : growingShapes()) {
+        for (const OperationName& operation : kOperations) {
+            // Timing the delete of a one-node tree would parse the whole
+            // formula for every few nanoseconds measured.
+            if (operation.operation == Operation::Delete && !shape.nodePerLevel) continue;
+            const std::string name = std::string("Shape/") + shape.name + "/" + operation.name;
+            auto* bench = benchmark::RegisterBenchmark(name.c_str(), growShape, &shape, operation.operation)
+                              ->MinTime(kSeriesSeconds)
+                              ->Complexity();
+            decadeSeries(bench, 1000, shape.largest);
+            if (operation.operation == Operation::Delete) bench->UseManualTime();
         }
     }
 }
