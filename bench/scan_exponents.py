@@ -8,7 +8,6 @@ The exponent is the least-squares slope of log(CPU time) against log(size):
 1 is linear, 2 quadratic.
 """
 import json
-import math
 import sys
 from collections import defaultdict
 
