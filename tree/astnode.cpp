@@ -107,6 +107,61 @@ void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
 
 namespace cellformula {
 
+double numberOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
+    switch (evaluation.memory()) {
+        case Evaluation::Memory::ConditionsOnly: break;
+        case Evaluation::Memory::Everything: return rememberedNumberOf(node, evaluation);
+        case Evaluation::Memory::Deferred: return evaluation.deferred().number(node);
+    }
+    return evaluation.withStack([&] { return node.numberWithin(evaluation); });
+}
+
+double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().number(node);
+    if (const double* known = evaluation.numbers().find(&node)) return *known;
+    const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
+    evaluation.numbers().keep(&node, number);
+    return number;
+}
+
+void appendTextOfElsewhere(const ASTNode& node, Evaluation& evaluation, std::string& text) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) {
+        evaluation.deferred().appendText(node, text);
+        return;
+    }
+    if (evaluation.remembersEverything()) {
+        if (const std::string* known = evaluation.rememberedText(&node)) {
+            text += *known;
+            return;
+        }
+    }
+    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
+}
+
+std::string textOf(const ASTNode& node, Evaluation& evaluation) {
+    std::string text;
+    if (evaluation.memory() == Evaluation::Memory::Deferred) {
+        evaluation.deferred().appendText(node, text);
+        return text;
+    }
+    if (evaluation.remembersEverything()) {
+        if (const std::string* known = evaluation.rememberedText(&node)) return *known;
+    }
+    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
+    if (evaluation.remembersEverything()) evaluation.rememberText(&node, text);
+    return text;
+}
+
+std::uint32_t typeOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().type(node);
+    return evaluation.withStack([&] { return node.typeWithin(evaluation); });
+}
+
+std::uint32_t errorOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().error(node);
+    return evaluation.withStack([&] { return node.errorWithin(evaluation); });
+}
+
 std::string textOfEntry(const ASTNode& node) {
     Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
     std::string text;

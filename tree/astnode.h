@@ -111,57 +111,43 @@ inline bool answersByRules(const ASTNode& node, const Evaluation& evaluation) {
 }
 
 // An operand's answers within one call, each on enough stack; within a
-// compiled program, the answers the program holds.
-inline double numberOf(const ASTNode& node, Evaluation& evaluation) {
-    switch (evaluation.memory()) {
-        case Evaluation::Memory::ConditionsOnly: break;
-        case Evaluation::Memory::Everything: {
-            if (const double* known = evaluation.numbers().find(&node)) return *known;
-            const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
-            evaluation.numbers().keep(&node, number);
-            return number;
-        }
-        case Evaluation::Memory::Deferred: return evaluation.deferred().number(node);
-    }
-    return evaluation.withStack([&] { return node.numberWithin(evaluation); });
-}
+// compiled program, the answers the program holds. The common case, a plain
+// walk with stack to spare, is a virtual call; the rest is out of line.
+double numberOfElsewhere(const ASTNode& node, Evaluation& evaluation);
+double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation);
+void appendTextOfElsewhere(const ASTNode& node, Evaluation& evaluation, std::string& text);
+std::string textOf(const ASTNode& node, Evaluation& evaluation);
+std::uint32_t typeOfElsewhere(const ASTNode& node, Evaluation& evaluation);
+std::uint32_t errorOfElsewhere(const ASTNode& node, Evaluation& evaluation);
 
-// The same, remembered for the rest of the call whatever the call keeps:
-// an IF's condition decides every question asked of the IF.
-inline double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().number(node);
-    if (const double* known = evaluation.numbers().find(&node)) return *known;
-    const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
-    evaluation.numbers().keep(&node, number);
-    return number;
+inline double numberOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() == Evaluation::Memory::ConditionsOnly && !evaluation.stackRunsLow()) {
+        return node.numberWithin(evaluation);
+    }
+    return numberOfElsewhere(node, evaluation);
 }
 
 inline void appendTextOf(const ASTNode& node, Evaluation& evaluation, std::string& text) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) {
-        evaluation.deferred().appendText(node, text);
+    if (evaluation.memory() == Evaluation::Memory::ConditionsOnly && !evaluation.stackRunsLow()) {
+        node.appendTextWithin(evaluation, text);
         return;
     }
-    if (evaluation.remembersEverything()) {
-        if (const std::string* known = evaluation.rememberedText(&node)) {
-            text += *known;
-            return;
-        }
-    }
-    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
+    appendTextOfElsewhere(node, evaluation, text);
 }
 
-inline std::string textOf(const ASTNode& node, Evaluation& evaluation) {
-    std::string text;
-    if (evaluation.memory() == Evaluation::Memory::Deferred) {
-        evaluation.deferred().appendText(node, text);
-        return text;
+// Types and errors are not kept: every walk asks them directly.
+inline std::uint32_t typeOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() != Evaluation::Memory::Deferred && !evaluation.stackRunsLow()) {
+        return node.typeWithin(evaluation);
     }
-    if (evaluation.remembersEverything()) {
-        if (const std::string* known = evaluation.rememberedText(&node)) return *known;
+    return typeOfElsewhere(node, evaluation);
+}
+
+inline std::uint32_t errorOf(const ASTNode& node, Evaluation& evaluation) {
+    if (evaluation.memory() != Evaluation::Memory::Deferred && !evaluation.stackRunsLow()) {
+        return node.errorWithin(evaluation);
     }
-    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
-    if (evaluation.remembersEverything()) evaluation.rememberText(&node, text);
-    return text;
+    return errorOfElsewhere(node, evaluation);
 }
 
 // Appends the texts of a concatenation's parts, in order.
@@ -169,16 +155,6 @@ inline void appendConcatenation(const ASTNode& node, Evaluation& evaluation, std
     std::vector<const ASTNode*> parts;
     node.isConcatenation(evaluation, parts);
     for (const ASTNode* part : parts) appendTextOf(*part, evaluation, text);
-}
-
-inline std::uint32_t typeOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().type(node);
-    return evaluation.withStack([&] { return node.typeWithin(evaluation); });
-}
-
-inline std::uint32_t errorOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().error(node);
-    return evaluation.withStack([&] { return node.errorWithin(evaluation); });
 }
 
 // The public operations of the library's nodes: each opens one call.

@@ -112,6 +112,13 @@ public:
     const std::string* rememberedText(const ASTNode* node) const;
     void rememberText(const ASTNode* node, const std::string& text);
 
+    // The stack grows down; a frame above the recorded top (the caller's own,
+    // where the context was made) has used nothing yet.
+    bool stackRunsLow() const {
+        const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+        return here + stackBudget_ < reinterpret_cast<std::uintptr_t>(stackTop_);
+    }
+
     // Runs `work` here, or on a fresh stack segment once this one is spent.
     template <typename Work>
     auto withStack(Work&& work) -> decltype(work()) {
@@ -124,13 +131,6 @@ private:
     // deep in its own calls, so a call uses only this much of it before
     // moving on to segments of its own.
     static constexpr std::size_t kCallerStackBudget = 48 * 1024;
-
-    // The stack grows down; a frame above the recorded top (the caller's own,
-    // where the context was made) has used nothing yet.
-    bool stackRunsLow() const {
-        const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-        return here + stackBudget_ < reinterpret_cast<std::uintptr_t>(stackTop_);
-    }
 
     template <typename Work>
     auto onFreshSegment(Work&& work) -> decltype(work()) {
