@@ -111,8 +111,16 @@ TEST(Threads, ThreadsShareOneTree) {
     EXPECT_EQ(expectedNumber.value, 8.0);
     EXPECT_EQ(expectedText.text, "hel4.0101hello");
 
+    // One compiled program of each, shared the same way: the stack program
+    // for the number, the general one for the text.
+    const cellformula::CompiledFormula numberProgram(*number);
+    const cellformula::CompiledFormula textProgram(*text);
     const int mismatches = mismatchesOnThreads([&] {
-        return sameAnswers(evaluateTree(*number), expectedNumber) && sameAnswers(evaluateTree(*text), expectedText);
+        const cellformula::FormulaResult compiledNumber = numberProgram.oEvaluateAll();
+        const cellformula::FormulaResult compiledText = textProgram.oEvaluateAll();
+        return sameAnswers(evaluateTree(*number), expectedNumber) && sameAnswers(evaluateTree(*text), expectedText) &&
+               compiledNumber.f64Value == expectedNumber.value && compiledNumber.u32Error == expectedNumber.error &&
+               compiledText.oText == expectedText.text && compiledText.u32Error == expectedText.error;
     });
     EXPECT_EQ(mismatches, 0);
 }
