@@ -31,22 +31,10 @@ double sum(Operands& operands) {
 }
 
 // Like the shared operand rule, but a text operand is welcome: only an
-// operand without a type is wrong, and a sum always has its operands.
+// operand without a type is wrong.
 template <typename Operands>
 std::uint32_t sumError(Operands& operands) {
-    if (!operands.isList()) {
-        if (operands.type(0) == ExprNoType) return ErrWrongType;
-        if (operands.type(1) == ExprNoType) return ErrWrongType;
-        const std::uint32_t leftError = operands.error(0);
-        if (leftError != ErrNone) return leftError;
-        return operands.error(1);
-    }
-    for (std::size_t i = 0; i < operands.count(); ++i) {
-        const std::uint32_t error = operands.error(i);
-        if (error != ErrNone) return error;
-        if (operands.type(i) == ExprNoType) return ErrWrongType;
-    }
-    return ErrNone;
+    return cellformula::operandsError<cellformula::hasNoType>(operands);
 }
 
 // Text if any operand is text, no type if any has none; a pair asks both
@@ -95,7 +83,7 @@ double remainder(Operands& operands) {
 // Division and remainder share one test: the operand rule, then a zero divisor.
 template <typename Operands>
 std::uint32_t divisorError(Operands& operands) {
-    const std::uint32_t error = cellformula::operandsError(operands);
+    const std::uint32_t error = cellformula::operandsError<cellformula::isNotNumber>(operands);
     if (error != ErrNone) return error;
     return operands.number(1) == 0.0 ? ErrDomain : ErrNone;
 }
@@ -112,7 +100,7 @@ double power(Operands& operands) {
 
 template <typename Operands>
 std::uint32_t powerError(Operands& operands) {
-    const std::uint32_t error = cellformula::operandsError(operands);
+    const std::uint32_t error = cellformula::operandsError<cellformula::isNotNumber>(operands);
     if (error != ErrNone) return error;
     const double base = operands.number(0);
     const double exponent = operands.number(1);
@@ -122,23 +110,27 @@ std::uint32_t powerError(Operands& operands) {
     return ErrNone;
 }
 
-template <typename Operands>
-std::uint32_t oneOperandError(Operands& operands) {
-    return cellformula::oneOperandError(operands);
-}
-
-template <typename Operands>
-std::uint32_t operandsError(Operands& operands) {
-    return cellformula::operandsError(operands);
-}
-
-constexpr StackRules kNegateRules{cellformula::operandRules<CNNegate, negated<const StackOperands>, oneOperandError<const StackOperands>>()};
-constexpr StackRules kAddRules{cellformula::operandRules<CNAdd, sum<const StackOperands>, sumError<const StackOperands>>()};
-constexpr StackRules kSubtractRules{cellformula::operandRules<CNSubtract, difference<const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kMultiplyRules{cellformula::operandRules<CNMultiply, product<const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kDivideRules{cellformula::operandRules<CNDivide, quotient<const StackOperands>, divisorError<const StackOperands>>()};
-constexpr StackRules kModuloRules{cellformula::operandRules<CNModulo, remainder<const StackOperands>, divisorError<const StackOperands>>()};
-constexpr StackRules kPowerRules{cellformula::operandRules<CNPower, power<const StackOperands>, powerError<const StackOperands>>()};
+constexpr StackRules kNegateRules{cellformula::operandRules<CNNegate,
+    &negated<const StackOperands>,
+    &cellformula::oneOperandError<const StackOperands>>()};
+constexpr StackRules kAddRules{cellformula::operandRules<CNAdd,
+    &sum<const StackOperands>,
+    &sumError<const StackOperands>>()};
+constexpr StackRules kSubtractRules{cellformula::operandRules<CNSubtract,
+    &difference<const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kMultiplyRules{cellformula::operandRules<CNMultiply,
+    &product<const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kDivideRules{cellformula::operandRules<CNDivide,
+    &quotient<const StackOperands>,
+    &divisorError<const StackOperands>>()};
+constexpr StackRules kModuloRules{cellformula::operandRules<CNModulo,
+    &remainder<const StackOperands>,
+    &divisorError<const StackOperands>>()};
+constexpr StackRules kPowerRules{cellformula::operandRules<CNPower,
+    &power<const StackOperands>,
+    &powerError<const StackOperands>>()};
 
 }  // namespace
 

@@ -418,7 +418,7 @@ std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
 std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
     cellformula::TreeOperands operands = cellformula::operandsOf(*this, evaluation);
-    return cellformula::operandsError(operands);
+    return cellformula::operandsError<cellformula::isNotNumber>(operands);
 }
 
 void CNManyChildrenNode::listOperands(std::vector<const ASTNode*>& operands) const {

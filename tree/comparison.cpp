@@ -44,11 +44,7 @@ double compare(Operands& operands) {
 // is wrong.
 template <typename Operands>
 std::uint32_t comparisonError(Operands& operands) {
-    if (operands.type(0) == ExprNoType) return ErrWrongType;
-    if (operands.type(1) == ExprNoType) return ErrWrongType;
-    const std::uint32_t leftError = operands.error(0);
-    if (leftError != ErrNone) return leftError;
-    return operands.error(1);
+    return cellformula::operandsError<cellformula::hasNoType>(operands);
 }
 
 template <class Node, Relation relation>

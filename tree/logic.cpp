@@ -47,16 +47,6 @@ double negation(Operands& operands) {
     return operands.number(0) == 0.0 ? 1.0 : 0.0;
 }
 
-template <typename Operands>
-std::uint32_t oneOperandError(Operands& operands) {
-    return cellformula::oneOperandError(operands);
-}
-
-template <typename Operands>
-std::uint32_t operandsError(Operands& operands) {
-    return cellformula::operandsError(operands);
-}
-
 // Every error is absorbed except the host's unmaskable one.
 template <typename Operands>
 double anyError(Operands& operands) {
@@ -98,13 +88,27 @@ std::uint32_t choiceError(Operands& operands) {
     return branch != 0 ? operands.error(branch) : ErrWrongType;
 }
 
-constexpr StackRules kAndRules{cellformula::operandRules<CNAnd, connect<false, const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kOrRules{cellformula::operandRules<CNOr, connect<true, const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kMinRules{cellformula::operandRules<CNMin, reduce<smaller, const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kMaxRules{cellformula::operandRules<CNMax, reduce<larger, const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kNotRules{cellformula::operandRules<CNNot, negation<const StackOperands>, oneOperandError<const StackOperands>>()};
-constexpr StackRules kIsErrorRules{cellformula::operandRules<CNIsError, anyError<const StackOperands>, unmaskedError<const StackOperands>>()};
-constexpr StackRules kIfRules{cellformula::operandRules<CNIf, choice<const StackOperands>, choiceError<const StackOperands>>()};
+constexpr StackRules kAndRules{cellformula::operandRules<CNAnd,
+    &connect<false, const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kOrRules{cellformula::operandRules<CNOr,
+    &connect<true, const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kMinRules{cellformula::operandRules<CNMin,
+    &reduce<smaller, const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kMaxRules{cellformula::operandRules<CNMax,
+    &reduce<larger, const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kNotRules{cellformula::operandRules<CNNot,
+    &negation<const StackOperands>,
+    &cellformula::oneOperandError<const StackOperands>>()};
+constexpr StackRules kIsErrorRules{cellformula::operandRules<CNIsError,
+    &anyError<const StackOperands>,
+    &unmaskedError<const StackOperands>>()};
+constexpr StackRules kIfRules{cellformula::operandRules<CNIf,
+    &choice<const StackOperands>,
+    &choiceError<const StackOperands>>()};
 
 }  // namespace
 

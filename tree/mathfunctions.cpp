@@ -62,11 +62,6 @@ double applied(Operands& operands) {
     return function(operands.number(0));
 }
 
-template <typename Operands>
-std::uint32_t operandError(Operands& operands) {
-    return cellformula::oneOperandError(operands);
-}
-
 // Those with a domain add a test of the operand's value to the shared rule.
 template <std::uint32_t (*domain)(double), typename Operands>
 std::uint32_t domainError(Operands& operands) {
@@ -83,11 +78,6 @@ double angle(Operands& operands) {
     return std::atan2(ordinate, abscissa);
 }
 
-template <typename Operands>
-std::uint32_t operandsError(Operands& operands) {
-    return cellformula::operandsError(operands);
-}
-
 // Base 10 goes through log10 so that LOG(1000) is exactly 3; the base is
 // evaluated once and reused for the quotient.
 template <typename Operands>
@@ -100,7 +90,7 @@ double logarithm(Operands& operands) {
 
 template <typename Operands>
 std::uint32_t logarithmError(Operands& operands) {
-    const std::uint32_t error = cellformula::operandsError(operands);
+    const std::uint32_t error = cellformula::operandsError<cellformula::isNotNumber>(operands);
     if (error != ErrNone) return error;
     const double x = operands.number(0);
     const double base = operands.number(1);
@@ -109,16 +99,36 @@ std::uint32_t logarithmError(Operands& operands) {
     return ErrNone;
 }
 
-constexpr StackRules kSinRules{cellformula::operandRules<CNSin, applied<sine, const StackOperands>, operandError<const StackOperands>>()};
-constexpr StackRules kCosRules{cellformula::operandRules<CNCos, applied<cosine, const StackOperands>, operandError<const StackOperands>>()};
-constexpr StackRules kTanRules{cellformula::operandRules<CNTan, applied<tangent, const StackOperands>, operandError<const StackOperands>>()};
-constexpr StackRules kAsinRules{cellformula::operandRules<CNAsin, applied<arcSine, const StackOperands>, domainError<withinUnitRange, const StackOperands>>()};
-constexpr StackRules kAcosRules{cellformula::operandRules<CNAcos, applied<arcCosine, const StackOperands>, domainError<withinUnitRange, const StackOperands>>()};
-constexpr StackRules kAtanRules{cellformula::operandRules<CNAtan, applied<arcTangent, const StackOperands>, operandError<const StackOperands>>()};
-constexpr StackRules kSqrtRules{cellformula::operandRules<CNSqrt, applied<squareRoot, const StackOperands>, domainError<notNegative, const StackOperands>>()};
-constexpr StackRules kLnRules{cellformula::operandRules<CNLn, applied<naturalLogarithm, const StackOperands>, domainError<positive, const StackOperands>>()};
-constexpr StackRules kAtan2Rules{cellformula::operandRules<CNAtan2, angle<const StackOperands>, operandsError<const StackOperands>>()};
-constexpr StackRules kLogRules{cellformula::operandRules<CNLog, logarithm<const StackOperands>, logarithmError<const StackOperands>>()};
+constexpr StackRules kSinRules{cellformula::operandRules<CNSin,
+    &applied<sine, const StackOperands>,
+    &cellformula::oneOperandError<const StackOperands>>()};
+constexpr StackRules kCosRules{cellformula::operandRules<CNCos,
+    &applied<cosine, const StackOperands>,
+    &cellformula::oneOperandError<const StackOperands>>()};
+constexpr StackRules kTanRules{cellformula::operandRules<CNTan,
+    &applied<tangent, const StackOperands>,
+    &cellformula::oneOperandError<const StackOperands>>()};
+constexpr StackRules kAsinRules{cellformula::operandRules<CNAsin,
+    &applied<arcSine, const StackOperands>,
+    &domainError<withinUnitRange, const StackOperands>>()};
+constexpr StackRules kAcosRules{cellformula::operandRules<CNAcos,
+    &applied<arcCosine, const StackOperands>,
+    &domainError<withinUnitRange, const StackOperands>>()};
+constexpr StackRules kAtanRules{cellformula::operandRules<CNAtan,
+    &applied<arcTangent, const StackOperands>,
+    &cellformula::oneOperandError<const StackOperands>>()};
+constexpr StackRules kSqrtRules{cellformula::operandRules<CNSqrt,
+    &applied<squareRoot, const StackOperands>,
+    &domainError<notNegative, const StackOperands>>()};
+constexpr StackRules kLnRules{cellformula::operandRules<CNLn,
+    &applied<naturalLogarithm, const StackOperands>,
+    &domainError<positive, const StackOperands>>()};
+constexpr StackRules kAtan2Rules{cellformula::operandRules<CNAtan2,
+    &angle<const StackOperands>,
+    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
+constexpr StackRules kLogRules{cellformula::operandRules<CNLog,
+    &logarithm<const StackOperands>,
+    &logarithmError<const StackOperands>>()};
 
 }  // namespace
 

@@ -115,14 +115,24 @@ std::uint32_t oneOperandError(Operands& operands) {
     return operands.error(0);
 }
 
+// The type tests of the operand rule: most operations want numbers; a sum
+// and a comparison take texts too, and only an operand without a type fails.
+inline bool isNotNumber(std::uint32_t type) {
+    return type != ExprNumber;
+}
+
+inline bool hasNoType(std::uint32_t type) {
+    return type == ExprNoType;
+}
+
 // Pair: absent operand, then both types, then left and right error.
 // List: per element its error, then its type.
-template <typename Operands>
+template <bool (*wrongType)(std::uint32_t), typename Operands>
 std::uint32_t operandsError(Operands& operands) {
     if (!operands.isList()) {
         if (!operands.present(0) || !operands.present(1)) return ErrInvalidArg;
-        if (operands.type(0) != ExprNumber) return ErrWrongType;
-        if (operands.type(1) != ExprNumber) return ErrWrongType;
+        if (wrongType(operands.type(0))) return ErrWrongType;
+        if (wrongType(operands.type(1))) return ErrWrongType;
         const std::uint32_t leftError = operands.error(0);
         if (leftError != ErrNone) return leftError;
         return operands.error(1);
@@ -130,7 +140,7 @@ std::uint32_t operandsError(Operands& operands) {
     for (std::size_t i = 0; i < operands.count(); ++i) {
         const std::uint32_t error = operands.error(i);
         if (error != ErrNone) return error;
-        if (operands.type(i) != ExprNumber) return ErrWrongType;
+        if (wrongType(operands.type(i))) return ErrWrongType;
     }
     return ErrNone;
 }
