@@ -74,7 +74,9 @@ void CompiledFormula::compileStack() {
         onStack[index] = true;
         needsErrors = needsErrors || typeid(*step.node) == typeid(CNIsError);
         const double* source = rules->source != nullptr ? rules->source(*step.node) : nullptr;
-        const std::uint32_t sourceError = source != nullptr ? rules->error(*step.node, StackOperands(nullptr, nullptr, 0, false)) : ErrNone;
+        // A leaf's error depends on what its record holds, which never changes.
+        const StackOperands none(nullptr, nullptr, 0, false);
+        const std::uint32_t sourceError = source != nullptr ? rules->error(*step.node, none) : ErrNone;
         program.push_back({step.node, rules, source, sourceError, step.operandCount, isList(*step.node)});
         depth = depth - step.operandCount + 1;
         stackDepth_ = std::max(stackDepth_, depth);
