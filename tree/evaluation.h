@@ -86,7 +86,7 @@ public:
     Evaluation(const ASTNode* entry, Memory memory)
         : entry_(entry),
           memory_(memory),
-          stackTop_(static_cast<const char*>(__builtin_frame_address(0))),
+          stackTop_(reinterpret_cast<const char*>(stackPointer())),
           stackBudget_(kCallerStackBudget) {}
     explicit Evaluation(DeferredAnswers& answers) : Evaluation(nullptr, Memory::Deferred) { deferred_ = &answers; }
     Evaluation(const Evaluation&) = delete;
@@ -114,10 +114,7 @@ public:
 
     // The stack grows down; a frame above the recorded top (the caller's own,
     // where the context was made) has used nothing yet.
-    bool stackRunsLow() const {
-        const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-        return here + stackBudget_ < reinterpret_cast<std::uintptr_t>(stackTop_);
-    }
+    bool stackRunsLow() const { return stackPointer() + stackBudget_ < reinterpret_cast<std::uintptr_t>(stackTop_); }
 
     // Runs `work` here, or on a fresh stack segment once this one is spent.
     template <typename Work>
@@ -131,6 +128,21 @@ private:
     // deep in its own calls, so a call uses only this much of it before
     // moving on to segments of its own.
     static constexpr std::size_t kCallerStackBudget = 48 * 1024;
+
+    // Where the stack is now. Read straight from the register where that is
+    // one instruction: taking a frame's address would make every rule keep
+    // a frame pointer, which costs more than the check itself.
+    static std::uintptr_t stackPointer() {
+        std::uintptr_t pointer;
+#if defined(__x86_64__)
+        asm("mov %%rsp, %0" : "=r"(pointer));
+#elif defined(__aarch64__)
+        asm("mov %0, sp" : "=r"(pointer));
+#else
+        pointer = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+#endif
+        return pointer;
+    }
 
     template <typename Work>
     auto onFreshSegment(Work&& work) -> decltype(work()) {
