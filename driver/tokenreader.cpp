@@ -4,6 +4,7 @@ namespace ExpressionParser {
 
 TokenReader::TokenReader(const std::string& text) : text_(text), scanner_(&unusedStream_, nullptr) {
     scanner_.vSetText("", text_);
+    scanner_.vKeepTexts(false);
     scanner_.yyrestart(unusedStream_);
     std::memset(symbolOfCode_, kNotAsked, sizeof symbolOfCode_);
 }
@@ -17,11 +18,6 @@ bool TokenReader::next(ScannedToken& token) {
         signed char& known = symbolOfCode_[code];
         if (known == kNotAsked) known = static_cast<signed char>(Parser::by_kind(static_cast<Parser::token_kind_type>(code)).kind());
         symbol = static_cast<Parser::symbol_kind_type>(known);
-    }
-    // The scanner's strings are the parser's to free; here nobody takes them.
-    if (symbol == Parser::symbol_kind::S_STRING || symbol == Parser::symbol_kind::S_TEXTLITERAL ||
-        symbol == Parser::symbol_kind::S_INPUT) {
-        delete value_.stringValue;
     }
     const std::size_t begin = lineStart_ + static_cast<std::size_t>(where_.begin.column - 1);
     if (code == 0 && begin >= text_.size()) {

@@ -115,15 +115,15 @@ double decimalValue(const char* text, std::size_t length) {
 "LEFT"|"left"       { return token::LEFT; }
 "RIGHT"|"right"     { return token::RIGHT; }
 ("INPUT"|"input")"(\""[^"\0]+"\")" {
-                        yylval->stringValue = new std::string(yytext + 7, static_cast<std::size_t>(yyleng) - 9);
+                        yylval->stringValue = keptText(yytext + 7, static_cast<std::size_t>(yyleng) - 9);
                         return token::INPUT;
                     }
 [a-zA-Z$?][a-zA-Z0-9$?,_.]* {
-                        yylval->stringValue = new std::string(yytext, static_cast<std::size_t>(yyleng));
+                        yylval->stringValue = keptText(yytext, static_cast<std::size_t>(yyleng));
                         return token::STRING;
                     }
 \"[^"\0]*\"         {
-                        yylval->stringValue = new std::string(yytext + 1, static_cast<std::size_t>(yyleng) - 2);
+                        yylval->stringValue = keptText(yytext + 1, static_cast<std::size_t>(yyleng) - 2);
                         return token::TEXTLITERAL;
                     }
 ("INPUT"|"input")"(\""[^"\0]*\0 { body_.assign(yytext, static_cast<std::size_t>(yyleng)); BEGIN(INPUTBODY); }
@@ -131,12 +131,12 @@ double decimalValue(const char* text, std::size_t length) {
 <TEXTBODY,INPUTBODY>[^"\0]+|\0 { body_.append(yytext, static_cast<std::size_t>(yyleng)); }
 <TEXTBODY>\"        {
                         BEGIN(INITIAL);
-                        yylval->stringValue = new std::string(body_, 1);
+                        yylval->stringValue = keptText(body_.data() + 1, body_.size() - 1);
                         return token::TEXTLITERAL;
                     }
 <INPUTBODY>\"\)     {
                         BEGIN(INITIAL);
-                        yylval->stringValue = new std::string(body_, 7);
+                        yylval->stringValue = keptText(body_.data() + 7, body_.size() - 7);
                         return token::INPUT;
                     }
 <INPUTBODY>\"       {
@@ -203,14 +203,14 @@ int ExpressionParser::Scanner::nextPending(Parser::semantic_type* value, locatio
     PendingToken next = std::move(pending_.front());
     pending_.pop_front();
     *where = next.where;
-    if (next.code == token::TEXTLITERAL) value->stringValue = new std::string(std::move(next.text));
+    if (next.code == token::TEXTLITERAL) value->stringValue = keptText(next.text.data(), next.text.size());
     return next.code;
 }
 
 int ExpressionParser::Scanner::returnWord(Parser::semantic_type* value, location* where) {
     where->end = where->begin;
     where->columns(5);
-    value->stringValue = new std::string(body_, 0, 5);
+    value->stringValue = keptText(body_.data(), 5);
     return token::STRING;
 }
 
