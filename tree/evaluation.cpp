@@ -1,11 +1,10 @@
 #include "evaluation.h"
 
-#include <sys/mman.h>
 #include <ucontext.h>
 
 #include <cstdint>
 #include <exception>
-#include <new>
+#include <memory>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -38,27 +37,19 @@ namespace {
 constexpr std::size_t kSegmentSize = 8 * 1024 * 1024;
 constexpr std::size_t kSegmentMargin = 256 * 1024;
 
-// A stack segment mapped for one switch, with an unmapped guard page below it.
+// A stack segment for one switch. It comes from the ordinary heap: once a
+// first deep call has freed one, the allocator hands the same memory, already
+// touched, to the next, where a fresh mapping would fault in every page again.
 class StackSegment {
 public:
-    StackSegment() {
-        void* memory = mmap(nullptr, kSegmentSize, PROT_READ | PROT_WRITE,
-                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
-        if (memory == MAP_FAILED) throw std::bad_alloc();
-        base_ = static_cast<char*>(memory);
-        mprotect(base_, kGuardSize, PROT_NONE);
-    }
-    ~StackSegment() { munmap(base_, kSegmentSize); }
-    StackSegment(const StackSegment&) = delete;
-    StackSegment& operator=(const StackSegment&) = delete;
+    StackSegment() : memory_(new char[kSegmentSize]) {}
 
-    char* bottom() const { return base_ + kGuardSize; }
-    std::size_t size() const { return kSegmentSize - kGuardSize; }
-    const char* top() const { return base_ + kSegmentSize; }
+    char* bottom() const { return memory_.get(); }
+    std::size_t size() const { return kSegmentSize; }
+    const char* top() const { return memory_.get() + kSegmentSize; }
 
 private:
-    static constexpr std::size_t kGuardSize = 4096;
-    char* base_ = nullptr;
+    std::unique_ptr<char[]> memory_;
 };
 
 // Everything the code on the segment needs, reached through one pointer

@@ -1,9 +1,5 @@
 #include <typeinfo>
 
-#include "arithmetic.h"
-#include "comparison.h"
-#include "logic.h"
-#include "mathfunctions.h"
 #include "radix.h"
 #include "textfunctions.h"
 #include "operands.h"
@@ -12,27 +8,20 @@ namespace cellformula {
 
 namespace {
 
-// The library's own subclasses of the two operand bases, those without rules
-// for a compiled stack first.
-// Each has its key function in this library, so its type_info is one object.
-const std::type_info* const kLibraryClasses[] = {
-    &typeid(CNText),    &typeid(CNLeft),     &typeid(CNRight),    &typeid(CNDec2Bin),  &typeid(CNBin2Dec),
-    &typeid(CNDec2Hex), &typeid(CNHex2Dec),  &typeid(CNBin2Hex),  &typeid(CNHex2Bin),  &typeid(CNMultiply),
-    &typeid(CNSubtract), &typeid(CNDivide),  &typeid(CNNegate),   &typeid(CNPower),    &typeid(CNGreater),
-    &typeid(CNLess),    &typeid(CNEqual),    &typeid(CNGreatEqual), &typeid(CNLessEqual), &typeid(CNMin),
-    &typeid(CNMax),     &typeid(CNAnd),      &typeid(CNOr),       &typeid(CNNot),      &typeid(CNSqrt),
-    &typeid(CNSin),     &typeid(CNCos),      &typeid(CNTan),      &typeid(CNAsin),     &typeid(CNAcos),
-    &typeid(CNAtan),    &typeid(CNAtan2),    &typeid(CNLn),       &typeid(CNLog),      &typeid(CNModulo),
-    &typeid(CNIsError), &typeid(CNAdd),
+// The library's own subclasses of the two operand bases that have no rules
+// for a compiled stack (the text-valued ones); the others name themselves
+// through those rules.
+const std::type_info* const kTextClasses[] = {
+    &typeid(CNText),     &typeid(CNLeft),    &typeid(CNRight),    &typeid(CNDec2Bin), &typeid(CNBin2Dec),
+    &typeid(CNDec2Hex),  &typeid(CNHex2Dec), &typeid(CNBin2Hex),  &typeid(CNHex2Bin),
 };
 
 }  // namespace
 
 bool isLibraryNode(const ASTNode& node) {
     const std::type_info* type = &typeid(node);
-    // Most classes name themselves through their rules for a compiled stack.
     if (const StackRules* rules = node.stackRules()) return rules->owner == type;
-    for (const std::type_info* library : kLibraryClasses) {
+    for (const std::type_info* library : kTextClasses) {
         if (library == type) return true;
     }
     return false;
