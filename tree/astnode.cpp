@@ -334,9 +334,6 @@ bool CNSingleChildNode::writeOutlineLine(std::stringstream& stream, unsigned int
     return true;
 }
 
-
-
-
 void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
     if (!answersByRules(*this, evaluation)) {
         text += stringEvaluate();
@@ -398,9 +395,6 @@ bool CNManyChildrenNode::writeOutlineLine(std::stringstream& stream, unsigned in
     for (auto child = oChildren.rbegin(); child != oChildren.rend(); ++child) queue.emplace_back(*child, depth + 1);
     return true;
 }
-
-
-
 
 void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
     if (!answersByRules(*this, evaluation)) {

@@ -32,6 +32,9 @@ public:
     // Type, error and value of one evaluation, as oEvaluateAll of the tree.
     FormulaResult oEvaluateAll() const;
 
+private:
+    friend class ProgramRun;
+
     // Where each operand's answers are kept, as the program's own plumbing.
     struct Step {
         const ASTNode* node;
@@ -49,9 +52,6 @@ public:
         std::uint32_t operandCount;
         bool list;
     };
-
-private:
-    friend class ProgramRun;
 
     struct StackAnswer {
         double number;

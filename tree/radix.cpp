@@ -112,7 +112,6 @@ std::uint32_t CNHex2Bin::typeWithin(Evaluation&) const {
     return ExprString;
 }
 
-
 void CNDec2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
     text += binaryDigits(toUnsigned32(numberOf(*poChild, evaluation)));
 }
