@@ -4,7 +4,7 @@ namespace ExpressionParser {
 
 TokenReader::TokenReader(const std::string& text) : text_(text), scanner_(&unusedStream_, nullptr) {
     scanner_.vSetText("", text_);
-    scanner_.vKeepTexts(false);
+    scanner_.vKeepValues(false);
     scanner_.yyrestart(unusedStream_);
     std::memset(symbolOfCode_, kNotAsked, sizeof symbolOfCode_);
 }

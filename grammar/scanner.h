@@ -38,10 +38,10 @@ public:
     // engine's buffer. `text` must outlive the scan.
     void vSetText(const char* prefix, const std::string& text);
 
-    // Whether names and texts get their string value (on by default). A
-    // reader that needs only the tokens' kinds and places turns it off and
-    // saves an allocation per name.
-    void vKeepTexts(bool keep) { keepTexts_ = keep; }
+    // Whether tokens get their values (on by default). A reader that needs
+    // only the tokens' kinds and places turns it off and saves a conversion
+    // per number and an allocation per name.
+    void vKeepValues(bool keep) { keepValues_ = keep; }
 
 protected:
     int LexerInput(char* buffer, int capacity) override;
@@ -54,9 +54,9 @@ private:
         location where;
     };
 
-    // A new string holding the text, or null when texts are not kept.
-    std::string* keptText(const char* text, std::size_t length) const {
-        return keepTexts_ ? new std::string(text, length) : nullptr;
+    // A new string holding the text, or null when values are not kept.
+    std::string* keptValue(const char* text, std::size_t length) const {
+        return keepValues_ ? new std::string(text, length) : nullptr;
     }
     int nextPending(Parser::semantic_type* value, location* where);
     // The name INPUT (or input) that begins body_, as a token of its own.
@@ -73,7 +73,7 @@ private:
     std::size_t prefixLeft_ = 0;
     const char* text_ = nullptr;
     std::size_t textLeft_ = 0;
-    bool keepTexts_ = true;
+    bool keepValues_ = true;
 };
 
 }  // namespace ExpressionParser

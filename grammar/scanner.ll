@@ -79,11 +79,11 @@ double decimalValue(const char* text, std::size_t length) {
 
 [0-9]+              {
                         // Keep the low 32 bits of whatever strtol makes of the digits.
-                        const long value = digitsValue(yytext, static_cast<std::size_t>(yyleng));
+                        const long value = keepValues_ ? digitsValue(yytext, static_cast<std::size_t>(yyleng)) : 0;
                         yylval->integerValue = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
                         return token::INTEGER;
                     }
-[0-9]+"."[0-9]*     { yylval->doubleValue = decimalValue(yytext, static_cast<std::size_t>(yyleng)); return token::DOUBLE; }
+[0-9]+"."[0-9]*     { yylval->doubleValue = keepValues_ ? decimalValue(yytext, static_cast<std::size_t>(yyleng)) : 0.0; return token::DOUBLE; }
 "SIN"|"sin"         { return token::SIN; }
 "COS"|"cos"         { return token::COS; }
 "TAN"|"tan"         { return token::TAN; }
@@ -115,15 +115,15 @@ double decimalValue(const char* text, std::size_t length) {
 "LEFT"|"left"       { return token::LEFT; }
 "RIGHT"|"right"     { return token::RIGHT; }
 ("INPUT"|"input")"(\""[^"\0]+"\")" {
-                        yylval->stringValue = keptText(yytext + 7, static_cast<std::size_t>(yyleng) - 9);
+                        yylval->stringValue = keptValue(yytext + 7, static_cast<std::size_t>(yyleng) - 9);
                         return token::INPUT;
                     }
 [a-zA-Z$?][a-zA-Z0-9$?,_.]* {
-                        yylval->stringValue = keptText(yytext, static_cast<std::size_t>(yyleng));
+                        yylval->stringValue = keptValue(yytext, static_cast<std::size_t>(yyleng));
                         return token::STRING;
                     }
 \"[^"\0]*\"         {
-                        yylval->stringValue = keptText(yytext + 1, static_cast<std::size_t>(yyleng) - 2);
+                        yylval->stringValue = keptValue(yytext + 1, static_cast<std::size_t>(yyleng) - 2);
                         return token::TEXTLITERAL;
                     }
 ("INPUT"|"input")"(\""[^"\0]*\0 { body_.assign(yytext, static_cast<std::size_t>(yyleng)); BEGIN(INPUTBODY); }
@@ -131,12 +131,12 @@ double decimalValue(const char* text, std::size_t length) {
 <TEXTBODY,INPUTBODY>[^"\0]+|\0 { body_.append(yytext, static_cast<std::size_t>(yyleng)); }
 <TEXTBODY>\"        {
                         BEGIN(INITIAL);
-                        yylval->stringValue = keptText(body_.data() + 1, body_.size() - 1);
+                        yylval->stringValue = keptValue(body_.data() + 1, body_.size() - 1);
                         return token::TEXTLITERAL;
                     }
 <INPUTBODY>\"\)     {
                         BEGIN(INITIAL);
-                        yylval->stringValue = keptText(body_.data() + 7, body_.size() - 7);
+                        yylval->stringValue = keptValue(body_.data() + 7, body_.size() - 7);
                         return token::INPUT;
                     }
 <INPUTBODY>\"       {
@@ -203,14 +203,14 @@ int ExpressionParser::Scanner::nextPending(Parser::semantic_type* value, locatio
     PendingToken next = std::move(pending_.front());
     pending_.pop_front();
     *where = next.where;
-    if (next.code == token::TEXTLITERAL) value->stringValue = keptText(next.text.data(), next.text.size());
+    if (next.code == token::TEXTLITERAL) value->stringValue = keptValue(next.text.data(), next.text.size());
     return next.code;
 }
 
 int ExpressionParser::Scanner::returnWord(Parser::semantic_type* value, location* where) {
     where->end = where->begin;
     where->columns(5);
-    value->stringValue = keptText(body_.data(), 5);
+    value->stringValue = keptValue(body_.data(), 5);
     return token::STRING;
 }
 
