@@ -121,14 +121,14 @@ std::uint32_t typeOfElsewhere(const ASTNode& node, Evaluation& evaluation);
 std::uint32_t errorOfElsewhere(const ASTNode& node, Evaluation& evaluation);
 
 inline double numberOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::ConditionsOnly && !evaluation.stackRunsLow()) {
+    if (evaluation.asksPlainly()) {
         return node.numberWithin(evaluation);
     }
     return numberOfElsewhere(node, evaluation);
 }
 
 inline void appendTextOf(const ASTNode& node, Evaluation& evaluation, std::string& text) {
-    if (evaluation.memory() == Evaluation::Memory::ConditionsOnly && !evaluation.stackRunsLow()) {
+    if (evaluation.asksPlainly()) {
         node.appendTextWithin(evaluation, text);
         return;
     }
@@ -137,14 +137,14 @@ inline void appendTextOf(const ASTNode& node, Evaluation& evaluation, std::strin
 
 // Types and errors are not kept: every walk asks them directly.
 inline std::uint32_t typeOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() != Evaluation::Memory::Deferred && !evaluation.stackRunsLow()) {
+    if (evaluation.asksDirectly()) {
         return node.typeWithin(evaluation);
     }
     return typeOfElsewhere(node, evaluation);
 }
 
 inline std::uint32_t errorOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() != Evaluation::Memory::Deferred && !evaluation.stackRunsLow()) {
+    if (evaluation.asksDirectly()) {
         return node.errorWithin(evaluation);
     }
     return errorOfElsewhere(node, evaluation);

@@ -105,10 +105,9 @@ void Evaluation::rememberText(const ASTNode* node, const std::string& text) {
 void Evaluation::runOnFreshSegment(void (*body)(void*), void* argument) {
     StackSegment segment;
     SegmentRun run{body, argument, nullptr, {}, {}};
-    const char* savedTop = stackTop_;
-    const std::size_t savedBudget = stackBudget_;
-    stackTop_ = segment.top();
-    stackBudget_ = segment.size() - kSegmentMargin;
+    const std::uintptr_t savedFloor = stackFloor_;
+    stackFloor_ = reinterpret_cast<std::uintptr_t>(segment.bottom()) + kSegmentMargin;
+    setFastFloors();
 
     getcontext(&run.callee);
     run.callee.uc_stack.ss_sp = segment.bottom();
@@ -133,8 +132,8 @@ void Evaluation::runOnFreshSegment(void (*body)(void*), void* argument) {
 #ifdef CELLFORMULA_TSAN
     __tsan_destroy_fiber(run.segmentFiber);
 #endif
-    stackTop_ = savedTop;
-    stackBudget_ = savedBudget;
+    stackFloor_ = savedFloor;
+    setFastFloors();
     if (run.failure) std::rethrow_exception(run.failure);
 }
 

@@ -84,11 +84,17 @@ public:
     enum class Memory { ConditionsOnly, Everything, Deferred };
 
     Evaluation(const ASTNode* entry, Memory memory)
-        : entry_(entry),
-          memory_(memory),
-          stackTop_(reinterpret_cast<const char*>(stackPointer())),
-          stackBudget_(kCallerStackBudget) {}
+        : entry_(entry), memory_(memory), stackFloor_(stackPointer() - kCallerStackBudget) {
+        setFastFloors();
+    }
     explicit Evaluation(DeferredAnswers& answers) : Evaluation(nullptr, Memory::Deferred) { deferred_ = &answers; }
+
+    // Whether an operand may be asked with a plain virtual call right here:
+    // a walk that keeps only conditions, with stack to spare (numbers and
+    // texts), or any walk with stack to spare (types and errors, never kept).
+    // One comparison each, as every level of every walk passes here.
+    bool asksPlainly() const { return stackPointer() >= plainFloor_; }
+    bool asksDirectly() const { return stackPointer() >= directFloor_; }
     Evaluation(const Evaluation&) = delete;
     Evaluation& operator=(const Evaluation&) = delete;
 
@@ -114,7 +120,7 @@ public:
 
     // The stack grows down; a frame above the recorded top (the caller's own,
     // where the context was made) has used nothing yet.
-    bool stackRunsLow() const { return stackPointer() + stackBudget_ < reinterpret_cast<std::uintptr_t>(stackTop_); }
+    bool stackRunsLow() const { return stackPointer() < stackFloor_; }
 
     // Runs `work` here, or on a fresh stack segment once this one is spent.
     template <typename Work>
@@ -170,8 +176,16 @@ private:
     const ASTNode* entry_;
     Memory memory_;
     DeferredAnswers* deferred_ = nullptr;
-    const char* stackTop_;
-    std::size_t stackBudget_;
+    // The lowest stack address this call may use before moving on, and the
+    // same for the two plain ways of asking (the highest address when a way
+    // never applies, so that its check always sends the ask elsewhere).
+    std::uintptr_t stackFloor_;
+    std::uintptr_t plainFloor_ = 0;
+    std::uintptr_t directFloor_ = 0;
+    void setFastFloors() {
+        plainFloor_ = memory_ == Memory::ConditionsOnly ? stackFloor_ : UINTPTR_MAX;
+        directFloor_ = memory_ != Memory::Deferred ? stackFloor_ : UINTPTR_MAX;
+    }
     NodeMemo<double> numbers_;
     NodeMemo<std::uint32_t> types_;
     std::unique_ptr<std::unordered_map<const ASTNode*, std::string>> texts_;
