@@ -177,6 +177,29 @@ TEST(Evaluation, HostNodesOnLibraryBasesAnswerForThemselves) {
     EXPECT_EQ(alone.stringEvaluate(), "5");
 }
 
+// A host's node whose every answer throws: each evaluation path lets the
+// host's exception out of the same question.
+class RefusingOperand : public ASTNode {
+public:
+    struct Refusal {};
+    double f64Evaluate() const override { throw Refusal{}; }
+    void vPrintNode(std::stringstream&, unsigned int) const override {}
+    std::uint32_t exprType() override { throw Refusal{}; }
+    std::uint32_t errType() override { throw Refusal{}; }
+};
+
+TEST(Evaluation, HostExceptionsLeaveEveryPath) {
+    std::unique_ptr<ASTNode> tree(new CNAdd(new CNConstant(1.0), new RefusingOperand()));
+    const cellformula::CompiledFormula program(*tree);
+    const std::function<void()> questions[] = {
+        [&] { tree->exprType(); },          [&] { tree->errType(); },
+        [&] { tree->f64Evaluate(); },       [&] { cellformula::oEvaluateAll(*tree); },
+        [&] { program.exprType(); },        [&] { program.errType(); },
+        [&] { program.f64Evaluate(); },     [&] { program.oEvaluateAll(); },
+    };
+    for (const auto& question : questions) EXPECT_THROW(question(), RefusingOperand::Refusal);
+}
+
 const char* const kResultFormulas[] = {
     "=1+2*3", "=\"a\"+1", "=IF(A1>0;\"yes\";\"no\")", "=IF(0;2)", "=LEFT(B1;2)", "=RIGHT(\"abc\";-1)",
     "=BIN2DEC(\"12\")", "=TEXT(12.5;\"0.00\")", "=SUM(A1:A3)", "=C1*2", "=1/0", "=ISERROR(1/0)",

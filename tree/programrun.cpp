@@ -29,12 +29,20 @@ void ProgramRun::rethrowFailure(std::uint32_t step, Question question) const {
     std::rethrow_exception(failures_.at(static_cast<std::uint64_t>(step) * 4 + question));
 }
 
+// The library's rules never let an exception out of a type or an error, but
+// a host's node may, and then the program throws it as the tree would.
 std::uint32_t ProgramRun::rootType() {
-    return settle(static_cast<std::uint32_t>(answers_.size() - 1), Type).type;
+    const auto rootStep = static_cast<std::uint32_t>(answers_.size() - 1);
+    const Answers& root = settle(rootStep, Type);
+    if ((root.failed & bit(Type)) != 0) rethrowFailure(rootStep, Type);
+    return root.type;
 }
 
 std::uint32_t ProgramRun::rootError() {
-    return settle(static_cast<std::uint32_t>(answers_.size() - 1), Error).error;
+    const auto rootStep = static_cast<std::uint32_t>(answers_.size() - 1);
+    const Answers& root = settle(rootStep, Error);
+    if ((root.failed & bit(Error)) != 0) rethrowFailure(rootStep, Error);
+    return root.error;
 }
 
 std::uint32_t ProgramRun::stepOfOperand(const ASTNode& operand) {
