@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <typeinfo>
 #include <vector>
 
@@ -81,7 +82,33 @@ struct StackRules {
     // For a leaf, where its number is read from at every evaluation (its own
     // field, or the host's storage); a program loads it from there directly.
     const double* (*source)(const ASTNode& node) = nullptr;
+    // The operands the rules number, for a walk over the tree itself: their
+    // count, and either `few` filled or `list` pointed at a range's elements.
+    std::size_t (*operands)(const ASTNode& node, const ASTNode* few[3], const ASTNode* const*& list) = nullptr;
 };
+
+// The operands of the three shapes of node, in the order their rules number them.
+template <class Node>
+std::size_t operandsOnStack(const ASTNode& node, const ASTNode* few[3], const ASTNode* const*& list) {
+    const Node& typed = static_cast<const Node&>(node);
+    if constexpr (std::is_base_of_v<CNSingleChildNode, Node>) {
+        few[0] = typed.poChild;
+        return 1;
+    } else if constexpr (std::is_base_of_v<CNManyChildrenNode, Node>) {
+        if (!typed.oChildren.empty()) {
+            list = typed.oChildren.data();
+            return typed.oChildren.size();
+        }
+        few[0] = typed.poLeft;
+        few[1] = typed.poRight;
+        return 2;
+    } else {
+        few[0] = typed.poCondition;
+        few[1] = typed.poThen;
+        few[2] = typed.poElse;
+        return 3;
+    }
+}
 
 template <double (*rule)(const StackOperands&)>
 double numberOnStack(const ASTNode&, const StackOperands& operands) {
@@ -96,7 +123,8 @@ std::uint32_t errorOnStack(const ASTNode&, const StackOperands& operands) {
 // The rules of a class whose answers depend on its operands alone.
 template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
 constexpr StackRules operandRules() {
-    return StackRules{&typeid(Node), &numberOnStack<numberRule>, &errorOnStack<errorRule>};
+    return StackRules{&typeid(Node), &numberOnStack<numberRule>, &errorOnStack<errorRule>, nullptr,
+                      &operandsOnStack<Node>};
 }
 
 inline TreeOperands operandsOf(const CNSingleChildNode& node, Evaluation& evaluation) {
