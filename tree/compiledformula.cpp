@@ -87,19 +87,9 @@ void CompiledFormula::compileStack() {
 
 CompiledFormula::StackAnswer CompiledFormula::runStack(bool withErrors) const {
     // Most formulas fit the inline stack; a deep one gets its own.
-    constexpr std::size_t kInlineDepth = 64;
-    double inlineNumbers[kInlineDepth];
-    std::uint32_t inlineErrors[kInlineDepth];
-    std::vector<double> deepNumbers;
-    std::vector<std::uint32_t> deepErrors;
-    double* numbers = inlineNumbers;
-    std::uint32_t* errors = inlineErrors;
-    if (stackDepth_ > kInlineDepth) {
-        deepNumbers.resize(stackDepth_);
-        deepErrors.resize(stackDepth_);
-        numbers = deepNumbers.data();
-        errors = deepErrors.data();
-    }
+    AnswerSlots<64> stack(stackDepth_);
+    double* numbers = stack.numbers();
+    std::uint32_t* errors = stack.errors();
     std::size_t top = 0;
     for (const StackStep& step : stackSteps_) {
         if (step.source != nullptr) {

@@ -1,7 +1,5 @@
 #include "formularesult.h"
 
-#include <vector>
-
 #include "operands.h"
 
 namespace cellformula {
@@ -25,19 +23,9 @@ bool walkNumbers(const ASTNode& node, Evaluation& evaluation, double& number, st
     const ASTNode* const* list = nullptr;
     const std::size_t count = rules->operands(node, few, list);
     const ASTNode* const* operands = list != nullptr ? list : few;
-    constexpr std::size_t kFew = 3;
-    double fewNumbers[kFew];
-    std::uint32_t fewErrors[kFew];
-    std::vector<double> manyNumbers;
-    std::vector<std::uint32_t> manyErrors;
-    double* numbers = fewNumbers;
-    std::uint32_t* errors = fewErrors;
-    if (count > kFew) {
-        manyNumbers.resize(count);
-        manyErrors.resize(count);
-        numbers = manyNumbers.data();
-        errors = manyErrors.data();
-    }
+    AnswerSlots<3> slots(count);
+    double* numbers = slots.numbers();
+    std::uint32_t* errors = slots.errors();
     for (std::size_t i = 0; i < count; ++i) {
         if (operands[i] == nullptr) return false;
         const bool walked = evaluation.withStack(
