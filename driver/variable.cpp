@@ -37,8 +37,8 @@ std::uint32_t variableError(const ASTNode& node, const StackOperands&) {
     return recordError(static_cast<const CNVariable&>(node).oRecord);
 }
 
-constexpr cellformula::StackRules kVariableRules{&typeid(CNVariable), &variableNumber, &variableError,
-                                                 &variableSource};
+constexpr cellformula::StackRules kVariableRules{
+    cellformula::leafRules<CNVariable, &variableSource, &variableNumber, &variableError>()};
 
 }  // namespace
 

@@ -177,6 +177,12 @@ std::uint32_t typeOfEntry(const ASTNode& node) {
 // Error rules ask again for values their operands' rules computed, so this
 // call keeps every value and text it computes.
 std::uint32_t errorOfEntry(const ASTNode& node) {
+    // A tree of numbers gives its error from one walk, each node's rules asked once.
+    {
+        Evaluation walking(&node, Evaluation::Memory::ConditionsOnly);
+        const WalkedAnswer answer = walkAnswers(node, walking);
+        if (answer.walked()) return answer.code();
+    }
     Evaluation evaluation(&node, Evaluation::Memory::Everything);
     return node.errorWithin(evaluation);
 }
@@ -209,8 +215,9 @@ std::uint32_t noError(const ASTNode&, const cellformula::StackOperands&) {
     return ErrNone;
 }
 
-constexpr cellformula::StackRules kConstantRules{&typeid(CNConstant), &constantValue, &noError, &constantSource};
-constexpr cellformula::StackRules kPiRules{&typeid(CNPi), &piValue, &noError, &piSource};
+constexpr cellformula::StackRules kConstantRules{
+    cellformula::leafRules<CNConstant, &constantSource, &constantValue, &noError>()};
+constexpr cellformula::StackRules kPiRules{cellformula::leafRules<CNPi, &piSource, &piValue, &noError>()};
 
 }  // namespace
 

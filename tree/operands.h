@@ -102,6 +102,20 @@ private:
     std::uint32_t* errors_ = fewErrors_;
 };
 
+// A node's number and error from one walk, returned in two registers. The
+// error is wider than any error code so that one value beyond them all can
+// say that some node of the subtree has no rules for a walk (a text, a
+// host's node, an absent operand), and the ordinary questions answer instead.
+struct WalkedAnswer {
+    static constexpr std::uint64_t kNotWalked = ~std::uint64_t{0};
+
+    double number = 0.0;
+    std::uint64_t error = kNotWalked;
+
+    bool walked() const { return error != kNotWalked; }
+    std::uint32_t code() const { return static_cast<std::uint32_t>(error); }
+};
+
 // A node's number and error rules for a compiled program's stack, and the
 // class they belong to: a host's subclass of that class is not compiled so.
 struct StackRules {
@@ -114,7 +128,16 @@ struct StackRules {
     // The operands the rules number, for a walk over the tree itself: their
     // count, and either `few` filled or `list` pointed at a range's elements.
     std::size_t (*operands)(const ASTNode& node, const ASTNode* few[3], const ASTNode* const*& list) = nullptr;
+    // Number and error of the node in one walk over the tree itself, each
+    // operand answered the same way first.
+    WalkedAnswer (*walk)(const ASTNode& node, Evaluation& evaluation) = nullptr;
 };
+
+inline WalkedAnswer walkAnswers(const ASTNode& node, Evaluation& evaluation) {
+    const StackRules* rules = node.stackRules();
+    if (rules == nullptr) return WalkedAnswer{};
+    return rules->walk(node, evaluation);
+}
 
 // The operands of the three shapes of node, in the order their rules number them.
 template <class Node>
@@ -149,11 +172,94 @@ std::uint32_t errorOnStack(const ASTNode&, const StackOperands& operands) {
     return rule(operands);
 }
 
+// One operand's number and error by the walk, on a fresh stack segment
+// when this one is spent; kept out of line so that the common case spills
+// nothing for it.
+WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation);
+
+[[gnu::always_inline]] inline WalkedAnswer walkOperand(const ASTNode* operand, Evaluation& evaluation) {
+    if (operand == nullptr) return WalkedAnswer{};
+    if (evaluation.stackRunsLow()) return walkAnswersElsewhere(*operand, evaluation);
+    return walkAnswers(*operand, evaluation);
+}
+
+// Answers every operand in order; false when one of them cannot be answered so.
+template <std::size_t Count>
+[[gnu::always_inline]] inline bool walkOperands(const ASTNode* const* operands, Evaluation& evaluation, double* numbers, std::uint32_t* errors) {
+    for (std::size_t i = 0; i < Count; ++i) {
+        const WalkedAnswer answer = walkOperand(operands[i], evaluation);
+        if (!answer.walked()) return false;
+        numbers[i] = answer.number;
+        errors[i] = answer.code();
+    }
+    return true;
+}
+
+// A range's operands, kept apart from the few of the other nodes so that
+// their walk needs no room for a list.
+template <double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
+[[gnu::noinline]] WalkedAnswer walkListRules(const ASTNode* const* list, std::size_t count, Evaluation& evaluation) {
+    std::vector<double> numbers(count);
+    std::vector<std::uint32_t> errors(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const WalkedAnswer answer = walkOperand(list[i], evaluation);
+        if (!answer.walked()) return WalkedAnswer{};
+        numbers[i] = answer.number;
+        errors[i] = answer.code();
+    }
+    const StackOperands answers(numbers.data(), errors.data(), count, true);
+    return WalkedAnswer{numberRule(answers), errorRule(answers)};
+}
+
+// True when the node is of the class itself, not a host's subclass of it.
+// The library's classes have one type_info each, so their addresses compare.
+template <class Node>
+bool isExactly(const ASTNode& node) {
+    return &typeid(node) == &typeid(Node);
+}
+
+// The walk of a class whose answers depend on its operands alone: a host's
+// subclass answers through its own operations, so it is left to them.
+template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
+WalkedAnswer walkOperandRules(const ASTNode& node, Evaluation& evaluation) {
+    if (!isExactly<Node>(node)) return WalkedAnswer{};
+    const ASTNode* few[3];
+    const ASTNode* const* list = nullptr;
+    const std::size_t count = operandsOnStack<Node>(node, few, list);
+    if (list != nullptr) return walkListRules<numberRule, errorRule>(list, count, evaluation);
+    // The count of the few is the class's own, so the loop unrolls.
+    constexpr std::size_t kFew = std::is_base_of_v<CNSingleChildNode, Node>    ? 1
+                                 : std::is_base_of_v<CNManyChildrenNode, Node> ? 2
+                                                                               : 3;
+    double numbers[kFew];
+    std::uint32_t errors[kFew];
+    if (!walkOperands<kFew>(few, evaluation, numbers, errors)) return WalkedAnswer{};
+    const StackOperands answers(numbers, errors, kFew, false);
+    return WalkedAnswer{numberRule(answers), errorRule(answers)};
+}
+
 // The rules of a class whose answers depend on its operands alone.
 template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
 constexpr StackRules operandRules() {
     return StackRules{&typeid(Node), &numberOnStack<numberRule>, &errorOnStack<errorRule>, nullptr,
-                      &operandsOnStack<Node>};
+                      &operandsOnStack<Node>, &walkOperandRules<Node, numberRule, errorRule>};
+}
+
+// The walk of a leaf: its number read where it is kept, its error by its rule.
+template <class Node, const double* (*source)(const ASTNode&),
+          std::uint32_t (*errorRule)(const ASTNode&, const StackOperands&)>
+WalkedAnswer walkLeafRules(const ASTNode& node, Evaluation&) {
+    if (!isExactly<Node>(node)) return WalkedAnswer{};
+    const StackOperands none(nullptr, nullptr, 0, false);
+    return WalkedAnswer{*source(node), errorRule(node, none)};
+}
+
+// The rules of a leaf, whose number a program loads from `source`.
+template <class Node, const double* (*source)(const ASTNode&),
+          double (*numberRule)(const ASTNode&, const StackOperands&),
+          std::uint32_t (*errorRule)(const ASTNode&, const StackOperands&)>
+constexpr StackRules leafRules() {
+    return StackRules{&typeid(Node), numberRule, errorRule, source, nullptr, &walkLeafRules<Node, source, errorRule>};
 }
 
 inline TreeOperands operandsOf(const CNSingleChildNode& node, Evaluation& evaluation) {
