@@ -1,5 +1,6 @@
 #include "comparison.h"
 
+#include "comparisonrules.h"
 #include "operands.h"
 
 using cellformula::Evaluation;
@@ -7,45 +8,11 @@ using cellformula::StackOperands;
 using cellformula::StackRules;
 using cellformula::operandsOf;
 
+using cellformula::rules::Relation;
+using cellformula::rules::compare;
+using cellformula::rules::comparisonError;
+
 namespace {
-
-enum class Relation { Greater, Less, GreatEqual, LessEqual, Equal };
-
-// Two numbers compare as numbers; as soon as either operand is not a number
-// both compare as texts, byte by byte as unsigned values.
-template <Relation relation, typename Operands>
-double compare(Operands& operands) {
-    const bool numbers = operands.type(0) == ExprNumber && operands.type(1) == ExprNumber;
-    if (numbers) {
-        const double left = operands.number(0);
-        const double right = operands.number(1);
-        switch (relation) {
-            case Relation::Greater: return left > right ? 1.0 : 0.0;
-            case Relation::Less: return left < right ? 1.0 : 0.0;
-            case Relation::GreatEqual: return left >= right ? 1.0 : 0.0;
-            case Relation::LessEqual: return left <= right ? 1.0 : 0.0;
-            case Relation::Equal: return left == right ? 1.0 : 0.0;
-        }
-    }
-    const std::string left = operands.text(0);
-    const std::string right = operands.text(1);
-    const int order = left.compare(right);
-    switch (relation) {
-        case Relation::Greater: return order > 0 ? 1.0 : 0.0;
-        case Relation::Less: return order < 0 ? 1.0 : 0.0;
-        case Relation::GreatEqual: return order >= 0 ? 1.0 : 0.0;
-        case Relation::LessEqual: return order <= 0 ? 1.0 : 0.0;
-        case Relation::Equal: return left == right ? 1.0 : 0.0;
-    }
-    return 0.0;
-}
-
-// A text operand is fine for a comparison; only an operand without a type
-// is wrong.
-template <typename Operands>
-std::uint32_t comparisonError(Operands& operands) {
-    return cellformula::operandsError<cellformula::hasNoType>(operands);
-}
 
 template <class Node, Relation relation>
 constexpr StackRules kRules{

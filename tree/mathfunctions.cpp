@@ -1,7 +1,6 @@
 #include "mathfunctions.h"
 
-#include <cmath>
-
+#include "mathrules.h"
 #include "operands.h"
 
 using cellformula::Evaluation;
@@ -9,95 +8,24 @@ using cellformula::StackOperands;
 using cellformula::StackRules;
 using cellformula::operandsOf;
 
+using cellformula::rules::angle;
+using cellformula::rules::applied;
+using cellformula::rules::arcCosine;
+using cellformula::rules::arcSine;
+using cellformula::rules::arcTangent;
+using cellformula::rules::cosine;
+using cellformula::rules::domainError;
+using cellformula::rules::logarithm;
+using cellformula::rules::logarithmError;
+using cellformula::rules::naturalLogarithm;
+using cellformula::rules::notNegative;
+using cellformula::rules::positive;
+using cellformula::rules::sine;
+using cellformula::rules::squareRoot;
+using cellformula::rules::tangent;
+using cellformula::rules::withinUnitRange;
+
 namespace {
-
-double sine(double x) {
-    return std::sin(x);
-}
-
-double cosine(double x) {
-    return std::cos(x);
-}
-
-double tangent(double x) {
-    return std::tan(x);
-}
-
-double arcSine(double x) {
-    return std::asin(x);
-}
-
-double arcCosine(double x) {
-    return std::acos(x);
-}
-
-double arcTangent(double x) {
-    return std::atan(x);
-}
-
-double squareRoot(double x) {
-    return std::sqrt(x);
-}
-
-double naturalLogarithm(double x) {
-    return std::log(x);
-}
-
-std::uint32_t withinUnitRange(double x) {
-    return (x < -1.0 || x > 1.0) ? ErrDomain : ErrNone;
-}
-
-std::uint32_t notNegative(double x) {
-    return x >= 0.0 ? ErrNone : ErrDomain;
-}
-
-std::uint32_t positive(double x) {
-    if (x == 0.0) return ErrInfinite;
-    return x >= 0.0 ? ErrNone : ErrDomain;
-}
-
-// A one-operand function: its value from the C library.
-template <double (*function)(double), typename Operands>
-double applied(Operands& operands) {
-    return function(operands.number(0));
-}
-
-// Those with a domain add a test of the operand's value to the shared rule.
-template <std::uint32_t (*domain)(double), typename Operands>
-std::uint32_t domainError(Operands& operands) {
-    const std::uint32_t error = cellformula::oneOperandError(operands);
-    if (error != ErrNone) return error;
-    return domain(operands.number(0));
-}
-
-// The second argument is the ordinate and is evaluated first.
-template <typename Operands>
-double angle(Operands& operands) {
-    const double ordinate = operands.number(1);
-    const double abscissa = operands.number(0);
-    return std::atan2(ordinate, abscissa);
-}
-
-// Base 10 goes through log10 so that LOG(1000) is exactly 3; the base is
-// evaluated once and reused for the quotient.
-template <typename Operands>
-double logarithm(Operands& operands) {
-    const double base = operands.number(1);
-    const double x = operands.number(0);
-    if (base == 10.0) return std::log10(x);
-    return std::log(x) / std::log(base);
-}
-
-template <typename Operands>
-std::uint32_t logarithmError(Operands& operands) {
-    const std::uint32_t error = cellformula::operandsError<cellformula::isNotNumber>(operands);
-    if (error != ErrNone) return error;
-    const double x = operands.number(0);
-    const double base = operands.number(1);
-    if (x == 0.0 || base == 0.0 || base == 1.0) return ErrInfinite;
-    if (x < 0.0 || base < 0.0) return ErrDomain;
-    return ErrNone;
-}
 
 constexpr StackRules kSinRules{cellformula::operandRules<CNSin,
     &applied<sine, const StackOperands>,
