@@ -69,6 +69,11 @@ const cellformula::StackRules* CNVariable::stackRules() const {
     return oRecord.u32Type == ExprNumber ? &kVariableRules : nullptr;
 }
 
+cellformula::WalkedAnswer CNVariable::walkWithin(cellformula::Evaluation& evaluation) const {
+    if (oRecord.u32Type != ExprNumber) return cellformula::WalkedAnswer{};
+    return kVariableRules.walk(*this, evaluation);
+}
+
 void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const {
     printOutline(stream, depth);
 }

@@ -16,6 +16,7 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 

@@ -75,6 +75,10 @@ const StackRules* CNNegate::stackRules() const {
     return &kNegateRules;
 }
 
+cellformula::WalkedAnswer CNNegate::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kNegateRules.walk(*this, evaluation);
+}
+
 // ---------------------------------------------------------------- CNAdd
 
 CNAdd::CNAdd(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "+ add") {}
@@ -124,6 +128,10 @@ const StackRules* CNAdd::stackRules() const {
     return &kAddRules;
 }
 
+cellformula::WalkedAnswer CNAdd::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kAddRules.walk(*this, evaluation);
+}
+
 // ---------------------------------------------------------------- CNSubtract, CNMultiply
 
 CNSubtract::CNSubtract(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "- subtract") {}
@@ -141,6 +149,10 @@ const StackRules* CNSubtract::stackRules() const {
     return &kSubtractRules;
 }
 
+cellformula::WalkedAnswer CNSubtract::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kSubtractRules.walk(*this, evaluation);
+}
+
 CNMultiply::CNMultiply(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "* multiply") {}
 
 double CNMultiply::f64Evaluate() const {
@@ -154,6 +166,10 @@ double CNMultiply::numberWithin(Evaluation& evaluation) const {
 
 const StackRules* CNMultiply::stackRules() const {
     return &kMultiplyRules;
+}
+
+cellformula::WalkedAnswer CNMultiply::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kMultiplyRules.walk(*this, evaluation);
 }
 
 // ---------------------------------------------------------------- CNDivide, CNModulo
@@ -178,6 +194,10 @@ const StackRules* CNDivide::stackRules() const {
     return &kDivideRules;
 }
 
+cellformula::WalkedAnswer CNDivide::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kDivideRules.walk(*this, evaluation);
+}
+
 CNModulo::CNModulo(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "% modulo") {}
 
 double CNModulo::f64Evaluate() const {
@@ -196,6 +216,10 @@ std::uint32_t CNModulo::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNModulo::stackRules() const {
     return &kModuloRules;
+}
+
+cellformula::WalkedAnswer CNModulo::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kModuloRules.walk(*this, evaluation);
 }
 
 // ---------------------------------------------------------------- CNPower
@@ -218,4 +242,8 @@ std::uint32_t CNPower::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNPower::stackRules() const {
     return &kPowerRules;
+}
+
+cellformula::WalkedAnswer CNPower::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kPowerRules.walk(*this, evaluation);
 }

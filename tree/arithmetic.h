@@ -10,6 +10,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Addition and SUM; with a text operand it concatenates texts.
@@ -24,6 +25,7 @@ public:
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Subtraction.
@@ -33,6 +35,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Multiplication.
@@ -42,6 +45,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Division; a zero divisor is a domain error.
@@ -52,6 +56,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Remainder with the sign of the dividend (fmod).
@@ -62,6 +67,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // Power (pow); 0 to a negative power and roots of negatives are errors.
@@ -72,6 +78,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 #endif

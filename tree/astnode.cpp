@@ -60,6 +60,10 @@ const cellformula::StackRules* ASTNode::stackRules() const {
     return nullptr;
 }
 
+cellformula::WalkedAnswer ASTNode::walkWithin(cellformula::Evaluation&) const {
+    return cellformula::WalkedAnswer{};
+}
+
 bool ASTNode::isConcatenation(Evaluation&, std::vector<const ASTNode*>&) const {
     return false;
 }
@@ -243,6 +247,10 @@ const cellformula::StackRules* CNConstant::stackRules() const {
     return &kConstantRules;
 }
 
+cellformula::WalkedAnswer CNConstant::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kConstantRules.walk(*this, evaluation);
+}
+
 void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
     printOutline(stream, depth);
 }
@@ -303,6 +311,10 @@ std::uint32_t CNPi::errorWithin(Evaluation&) const {
 
 const cellformula::StackRules* CNPi::stackRules() const {
     return &kPiRules;
+}
+
+cellformula::WalkedAnswer CNPi::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kPiRules.walk(*this, evaluation);
 }
 
 void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {

@@ -78,6 +78,9 @@ public:
     // The node's number and error rules for a compiled program's stack, for
     // the classes whose answers depend on their operands' numbers alone.
     virtual const cellformula::StackRules* stackRules() const;
+    // Number and error of this node's subtree in one walk, by the stack rules
+    // of each node; a node without them answers "not walked".
+    virtual cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const;
 
     // Lists the operands the library's rules ask, first to last; a host's
     // node lists none, as its operands are its own business.
@@ -178,6 +181,7 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 
@@ -210,6 +214,7 @@ public:
     std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
     bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
                           bool entry) const override;
 };

@@ -40,6 +40,10 @@ const StackRules* CNGreater::stackRules() const {
     return &kRules<CNGreater, Relation::Greater>;
 }
 
+cellformula::WalkedAnswer CNGreater::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kRules<CNGreater, Relation::Greater>.walk(*this, evaluation);
+}
+
 CNLess::CNLess(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "< less") {}
 
 double CNLess::f64Evaluate() const {
@@ -58,6 +62,10 @@ std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNLess::stackRules() const {
     return &kRules<CNLess, Relation::Less>;
+}
+
+cellformula::WalkedAnswer CNLess::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kRules<CNLess, Relation::Less>.walk(*this, evaluation);
 }
 
 CNGreatEqual::CNGreatEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, ">= great equal") {}
@@ -80,6 +88,10 @@ const StackRules* CNGreatEqual::stackRules() const {
     return &kRules<CNGreatEqual, Relation::GreatEqual>;
 }
 
+cellformula::WalkedAnswer CNGreatEqual::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kRules<CNGreatEqual, Relation::GreatEqual>.walk(*this, evaluation);
+}
+
 CNLessEqual::CNLessEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "<= less equal") {}
 
 double CNLessEqual::f64Evaluate() const {
@@ -100,6 +112,10 @@ const StackRules* CNLessEqual::stackRules() const {
     return &kRules<CNLessEqual, Relation::LessEqual>;
 }
 
+cellformula::WalkedAnswer CNLessEqual::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kRules<CNLessEqual, Relation::LessEqual>.walk(*this, evaluation);
+}
+
 CNEqual::CNEqual(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "= equal") {}
 
 double CNEqual::f64Evaluate() const {
@@ -118,4 +134,8 @@ std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNEqual::stackRules() const {
     return &kRules<CNEqual, Relation::Equal>;
+}
+
+cellformula::WalkedAnswer CNEqual::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kRules<CNEqual, Relation::Equal>.walk(*this, evaluation);
 }

@@ -11,6 +11,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x < y.
@@ -21,6 +22,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x >= y.
@@ -31,6 +33,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x <= y.
@@ -41,6 +44,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // x = y, exact for numbers, byte for byte for texts.
@@ -51,6 +55,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 #endif

@@ -17,6 +17,20 @@ namespace cellformula {
 struct StackRules;
 class TreeOperands;
 
+// A node's number and error from one walk, returned in two registers. The
+// error is wider than any error code so that one value beyond them all can
+// say that some node of the subtree has no rules for a walk (a text, a
+// host's node, an absent operand), and the ordinary questions answer instead.
+struct WalkedAnswer {
+    static constexpr std::uint64_t kNotWalked = ~std::uint64_t{0};
+
+    double number = 0.0;
+    std::uint64_t error = kNotWalked;
+
+    bool walked() const { return error != kNotWalked; }
+    std::uint32_t code() const { return static_cast<std::uint32_t>(error); }
+};
+
 // Nodes still to print in an outline, with their depth, the next one last.
 using OutlineQueue = std::vector<std::pair<const ASTNode*, unsigned int>>;
 

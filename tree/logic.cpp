@@ -65,6 +65,10 @@ const StackRules* CNAnd::stackRules() const {
     return &kAndRules;
 }
 
+cellformula::WalkedAnswer CNAnd::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kAndRules.walk(*this, evaluation);
+}
+
 CNOr::CNOr(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "or logic") {}
 
 CNOr::CNOr(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "or logic") {}
@@ -80,6 +84,10 @@ double CNOr::numberWithin(Evaluation& evaluation) const {
 
 const StackRules* CNOr::stackRules() const {
     return &kOrRules;
+}
+
+cellformula::WalkedAnswer CNOr::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kOrRules.walk(*this, evaluation);
 }
 
 CNMin::CNMin(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "min minimum") {}
@@ -99,6 +107,10 @@ const StackRules* CNMin::stackRules() const {
     return &kMinRules;
 }
 
+cellformula::WalkedAnswer CNMin::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kMinRules.walk(*this, evaluation);
+}
+
 CNMax::CNMax(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "max maximum") {}
 
 CNMax::CNMax(const std::vector<ASTNode*>& children) : CNManyChildrenNode(children, "max maximum") {}
@@ -116,6 +128,10 @@ const StackRules* CNMax::stackRules() const {
     return &kMaxRules;
 }
 
+cellformula::WalkedAnswer CNMax::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kMaxRules.walk(*this, evaluation);
+}
+
 // ---------------------------------------------------------------- CNNot, CNIsError
 
 CNNot::CNNot(ASTNode* operand) : CNSingleChildNode(operand, "not logical") {}
@@ -131,6 +147,10 @@ double CNNot::numberWithin(Evaluation& evaluation) const {
 
 const StackRules* CNNot::stackRules() const {
     return &kNotRules;
+}
+
+cellformula::WalkedAnswer CNNot::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kNotRules.walk(*this, evaluation);
 }
 
 CNIsError::CNIsError(ASTNode* operand) : CNSingleChildNode(operand, "Evaluate Error State") {}
@@ -151,6 +171,10 @@ std::uint32_t CNIsError::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNIsError::stackRules() const {
     return &kIsErrorRules;
+}
+
+cellformula::WalkedAnswer CNIsError::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kIsErrorRules.walk(*this, evaluation);
 }
 
 // ---------------------------------------------------------------- CNIf
@@ -236,6 +260,10 @@ std::uint32_t CNIf::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNIf::stackRules() const {
     return &kIfRules;
+}
+
+cellformula::WalkedAnswer CNIf::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kIfRules.walk(*this, evaluation);
 }
 
 void CNIf::vPrintNode(std::stringstream& stream, unsigned int depth) const {

@@ -11,6 +11,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // OR, stopping at the first true operand.
@@ -21,6 +22,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // MIN; a NaN is passed over when the other value is a number.
@@ -31,6 +33,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // MAX; a NaN is passed over when the other value is a number.
@@ -41,6 +44,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // NOT.
@@ -50,6 +54,7 @@ public:
     double f64Evaluate() const override;
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // ISERROR: absorbs every error but ErrUnmaskable.
@@ -60,6 +65,7 @@ public:
     double numberWithin(cellformula::Evaluation& evaluation) const override;
     std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 };
 
 // IF(condition; then; else); either branch may be absent.
@@ -80,6 +86,7 @@ public:
                           bool entry) const override;
 
     const cellformula::StackRules* stackRules() const override;
+    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
 
     ASTNode* poCondition;
     ASTNode* poThen;

@@ -75,6 +75,10 @@ const StackRules* CNSin::stackRules() const {
     return &kSinRules;
 }
 
+cellformula::WalkedAnswer CNSin::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kSinRules.walk(*this, evaluation);
+}
+
 CNCos::CNCos(ASTNode* operand) : CNSingleChildNode(operand, "cos cosinus") {}
 
 double CNCos::f64Evaluate() const {
@@ -90,6 +94,10 @@ const StackRules* CNCos::stackRules() const {
     return &kCosRules;
 }
 
+cellformula::WalkedAnswer CNCos::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kCosRules.walk(*this, evaluation);
+}
+
 CNTan::CNTan(ASTNode* operand) : CNSingleChildNode(operand, "tan tangent") {}
 
 double CNTan::f64Evaluate() const {
@@ -103,6 +111,10 @@ double CNTan::numberWithin(Evaluation& evaluation) const {
 
 const StackRules* CNTan::stackRules() const {
     return &kTanRules;
+}
+
+cellformula::WalkedAnswer CNTan::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kTanRules.walk(*this, evaluation);
 }
 
 CNAsin::CNAsin(ASTNode* operand) : CNSingleChildNode(operand, "asin arcsinus") {}
@@ -125,6 +137,10 @@ const StackRules* CNAsin::stackRules() const {
     return &kAsinRules;
 }
 
+cellformula::WalkedAnswer CNAsin::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kAsinRules.walk(*this, evaluation);
+}
+
 CNAcos::CNAcos(ASTNode* operand) : CNSingleChildNode(operand, "acos arccosinus") {}
 
 double CNAcos::f64Evaluate() const {
@@ -145,6 +161,10 @@ const StackRules* CNAcos::stackRules() const {
     return &kAcosRules;
 }
 
+cellformula::WalkedAnswer CNAcos::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kAcosRules.walk(*this, evaluation);
+}
+
 CNAtan::CNAtan(ASTNode* operand) : CNSingleChildNode(operand, "atan arctangent") {}
 
 double CNAtan::f64Evaluate() const {
@@ -158,6 +178,10 @@ double CNAtan::numberWithin(Evaluation& evaluation) const {
 
 const StackRules* CNAtan::stackRules() const {
     return &kAtanRules;
+}
+
+cellformula::WalkedAnswer CNAtan::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kAtanRules.walk(*this, evaluation);
 }
 
 CNSqrt::CNSqrt(ASTNode* operand) : CNSingleChildNode(operand, "sqrt square root") {}
@@ -180,6 +204,10 @@ const StackRules* CNSqrt::stackRules() const {
     return &kSqrtRules;
 }
 
+cellformula::WalkedAnswer CNSqrt::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kSqrtRules.walk(*this, evaluation);
+}
+
 CNLn::CNLn(ASTNode* operand) : CNSingleChildNode(operand, "ln natural logarithm") {}
 
 double CNLn::f64Evaluate() const {
@@ -200,6 +228,10 @@ const StackRules* CNLn::stackRules() const {
     return &kLnRules;
 }
 
+cellformula::WalkedAnswer CNLn::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kLnRules.walk(*this, evaluation);
+}
+
 // ---------------------------------------------------------------- CNAtan2
 
 CNAtan2::CNAtan2(ASTNode* left, ASTNode* right)
@@ -216,6 +248,10 @@ double CNAtan2::numberWithin(Evaluation& evaluation) const {
 
 const StackRules* CNAtan2::stackRules() const {
     return &kAtan2Rules;
+}
+
+cellformula::WalkedAnswer CNAtan2::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kAtan2Rules.walk(*this, evaluation);
 }
 
 // ---------------------------------------------------------------- CNLog
@@ -238,4 +274,8 @@ std::uint32_t CNLog::errorWithin(Evaluation& evaluation) const {
 
 const StackRules* CNLog::stackRules() const {
     return &kLogRules;
+}
+
+cellformula::WalkedAnswer CNLog::walkWithin(cellformula::Evaluation& evaluation) const {
+    return kLogRules.walk(*this, evaluation);
 }

@@ -102,20 +102,6 @@ private:
     std::uint32_t* errors_ = fewErrors_;
 };
 
-// A node's number and error from one walk, returned in two registers. The
-// error is wider than any error code so that one value beyond them all can
-// say that some node of the subtree has no rules for a walk (a text, a
-// host's node, an absent operand), and the ordinary questions answer instead.
-struct WalkedAnswer {
-    static constexpr std::uint64_t kNotWalked = ~std::uint64_t{0};
-
-    double number = 0.0;
-    std::uint64_t error = kNotWalked;
-
-    bool walked() const { return error != kNotWalked; }
-    std::uint32_t code() const { return static_cast<std::uint32_t>(error); }
-};
-
 // A node's number and error rules for a compiled program's stack, and the
 // class they belong to: a host's subclass of that class is not compiled so.
 struct StackRules {
@@ -134,9 +120,7 @@ struct StackRules {
 };
 
 inline WalkedAnswer walkAnswers(const ASTNode& node, Evaluation& evaluation) {
-    const StackRules* rules = node.stackRules();
-    if (rules == nullptr) return WalkedAnswer{};
-    return rules->walk(node, evaluation);
+    return node.walkWithin(evaluation);
 }
 
 // The operands of the three shapes of node, in the order their rules number them.
