@@ -91,13 +91,13 @@ void runSegment(unsigned int high, unsigned int low) {
 
 }  // namespace
 
-const std::string* Evaluation::rememberedText(const ASTNode* node) const {
+const std::string* CallMemo::text(const ASTNode* node) const {
     if (!texts_) return nullptr;
     const auto found = texts_->find(node);
     return found == texts_->end() ? nullptr : &found->second;
 }
 
-void Evaluation::rememberText(const ASTNode* node, const std::string& text) {
+void CallMemo::keepText(const ASTNode* node, const std::string& text) {
     if (!texts_) texts_ = std::make_unique<std::unordered_map<const ASTNode*, std::string>>();
     (*texts_)[node] = text;
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <unordered_map>
@@ -68,6 +69,20 @@ private:
     std::unique_ptr<std::unordered_map<const ASTNode*, Value>> spill_;
 };
 
+// Everything one call remembers about nodes: values, types and texts.
+class CallMemo {
+public:
+    NodeMemo<double>& numbers() { return numbers_; }
+    NodeMemo<std::uint32_t>& types() { return types_; }
+    const std::string* text(const ASTNode* node) const;
+    void keepText(const ASTNode* node, const std::string& text);
+
+private:
+    NodeMemo<double> numbers_;
+    NodeMemo<std::uint32_t> types_;
+    std::unique_ptr<std::unordered_map<const ASTNode*, std::string>> texts_;
+};
+
 // Answers that a compiled program already holds for the operands of the
 // node whose rule it runs; an answer it does not hold yet is noted as missing
 // and stands in as a neutral value until the program has computed it.
@@ -118,19 +133,20 @@ public:
     // The node whose own public operation opened this call.
     bool isEntry(const ASTNode* node) const { return node == entry_; }
 
-    NodeMemo<double>& numbers() { return numbers_; }
+    NodeMemo<double>& numbers() { return memo().numbers(); }
     // A node's type, worked out once per call; a compiled program keeps
     // answers itself, so there it is worked out each time it is asked.
     template <typename Work>
     std::uint32_t rememberedType(const ASTNode* node, Work&& work) {
         if (memory_ == Memory::Deferred) return work();
-        if (const std::uint32_t* known = types_.find(node)) return *known;
+        NodeMemo<std::uint32_t>& types = memo().types();
+        if (const std::uint32_t* known = types.find(node)) return *known;
         const std::uint32_t type = work();
-        types_.keep(node, type);
+        types.keep(node, type);
         return type;
     }
-    const std::string* rememberedText(const ASTNode* node) const;
-    void rememberText(const ASTNode* node, const std::string& text);
+    const std::string* rememberedText(const ASTNode* node) const { return memo_ ? memo_->text(node) : nullptr; }
+    void rememberText(const ASTNode* node, const std::string& text) { memo().keepText(node, text); }
 
     // The stack grows down; a frame above the recorded top (the caller's own,
     // where the context was made) has used nothing yet.
@@ -200,9 +216,13 @@ private:
         plainFloor_ = memory_ == Memory::ConditionsOnly ? stackFloor_ : UINTPTR_MAX;
         directFloor_ = memory_ != Memory::Deferred ? stackFloor_ : UINTPTR_MAX;
     }
-    NodeMemo<double> numbers_;
-    NodeMemo<std::uint32_t> types_;
-    std::unique_ptr<std::unordered_map<const ASTNode*, std::string>> texts_;
+    // Made on the first answer kept: most calls on a tree of numbers keep
+    // nothing and so never pay for it.
+    CallMemo& memo() {
+        if (!memo_) memo_.emplace();
+        return *memo_;
+    }
+    std::optional<CallMemo> memo_;
 };
 
 }  // namespace cellformula
