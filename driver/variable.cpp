@@ -48,19 +48,23 @@ double CNVariable::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-double CNVariable::numberWithin(Evaluation&) const {
+double CNVariable::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return recordNumber(oRecord);
 }
 
-void CNVariable::appendTextWithin(Evaluation&, std::string& text) const {
+void CNVariable::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     if (oRecord.poText != nullptr) text += *oRecord.poText;
 }
 
-std::uint32_t CNVariable::typeWithin(Evaluation&) const {
+std::uint32_t CNVariable::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return oRecord.u32Type;
 }
 
-std::uint32_t CNVariable::errorWithin(Evaluation&) const {
+std::uint32_t CNVariable::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return recordError(oRecord);
 }
 
@@ -79,7 +83,8 @@ void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const
 }
 
 bool CNVariable::writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue&,
-                                  bool) const {
+                                  bool entry) const {
+    if (!entry && !cellformula::isExactly<CNVariable>(*this)) return false;
     writeIndent(stream, depth);
     if (oRecord.u32Type == ExprNumber) {
         stream << f64Evaluate();

@@ -177,6 +177,49 @@ TEST(Evaluation, HostNodesOnLibraryBasesAnswerForThemselves) {
     EXPECT_EQ(alone.stringEvaluate(), "5");
 }
 
+// A host's subclass of a library operator whose own rules read numbers alone:
+// no shortcut over a tree of numbers may answer for it.
+class HostSum : public CNAdd {
+public:
+    HostSum() : CNAdd(new CNConstant(1.0), new CNConstant(2.0)) {}
+    double f64Evaluate() const override { return 9.0; }
+    std::uint32_t errType() override { return ErrDomain; }
+};
+
+class HostConstant : public CNConstant {
+public:
+    HostConstant() : CNConstant(1.0) {}
+    double f64Evaluate() const override { return 4.0; }
+    std::string stringEvaluate() const override { return "four"; }
+    void vPrintNode(std::stringstream& stream, unsigned int depth) const override {
+        stream << std::string(2 * depth, ' ') << "host constant" << std::endl;
+    }
+};
+
+TEST(Evaluation, HostSubclassesOfLibraryOperatorsAnswerForThemselves) {
+    std::unique_ptr<ASTNode> constant(new CNNegate(new HostConstant()));
+    EXPECT_EQ(constant->f64Evaluate(), -4.0);
+    EXPECT_EQ(cellformula::oEvaluateAll(*constant).f64Value, -4.0);
+    EXPECT_EQ(cellformula::CompiledFormula(*constant).f64Evaluate(), -4.0);
+    std::unique_ptr<ASTNode> text(new CNAdd(new HostConstant(), new CNStringConstant("!")));
+    EXPECT_EQ(text->stringEvaluate(), "four!");
+    std::stringstream outline;
+    constant->vPrintNode(outline, 0);
+    EXPECT_EQ(outline.str(), "- negate\n  host constant\n");
+
+    std::unique_ptr<ASTNode> negation(new CNNegate(new HostSum()));
+    EXPECT_EQ(negation->errType(), ErrDomain);
+    EXPECT_EQ(negation->f64Evaluate(), -9.0);
+    const cellformula::CompiledFormula program(*negation);
+    for (const cellformula::FormulaResult& result : {cellformula::oEvaluateAll(*negation), program.oEvaluateAll()}) {
+        EXPECT_EQ(result.u32Error, ErrDomain);
+        EXPECT_EQ(result.f64Value, -9.0);
+    }
+    HostSum alone;
+    EXPECT_EQ(alone.errType(), ErrDomain);
+    EXPECT_EQ(cellformula::oEvaluateAll(alone).u32Error, ErrDomain);
+}
+
 // A host's node whose every answer throws: each evaluation path lets the
 // host's exception out of the same question.
 class RefusingOperand : public ASTNode {

@@ -67,6 +67,7 @@ double CNNegate::f64Evaluate() const {
 }
 
 double CNNegate::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return negated(operands);
 }
@@ -90,6 +91,7 @@ double CNAdd::f64Evaluate() const {
 }
 
 double CNAdd::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return sum(operands);
 }
@@ -107,12 +109,14 @@ bool CNAdd::isConcatenation(Evaluation&, std::vector<const ASTNode*>& parts) con
 }
 
 void CNAdd::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     cellformula::appendConcatenation(*this, evaluation, text);
 }
 
 // Sums nest deeply (SUM(a;b;c) and a+b+c nest to the left) and every level
 // asks its operands' type again, so one call works it out once.
 std::uint32_t CNAdd::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return evaluation.rememberedType(this, [&] {
         auto operands = operandsOf(*this, evaluation);
         return sumType(operands);
@@ -120,6 +124,7 @@ std::uint32_t CNAdd::typeWithin(Evaluation& evaluation) const {
 }
 
 std::uint32_t CNAdd::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return sumError(operands);
 }
@@ -141,6 +146,7 @@ double CNSubtract::f64Evaluate() const {
 }
 
 double CNSubtract::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return difference(operands);
 }
@@ -160,6 +166,7 @@ double CNMultiply::f64Evaluate() const {
 }
 
 double CNMultiply::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return product(operands);
 }
@@ -181,11 +188,13 @@ double CNDivide::f64Evaluate() const {
 }
 
 double CNDivide::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return quotient(operands);
 }
 
 std::uint32_t CNDivide::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return divisorError(operands);
 }
@@ -205,11 +214,13 @@ double CNModulo::f64Evaluate() const {
 }
 
 double CNModulo::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return remainder(operands);
 }
 
 std::uint32_t CNModulo::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return divisorError(operands);
 }
@@ -231,11 +242,13 @@ double CNPower::f64Evaluate() const {
 }
 
 double CNPower::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return power(operands);
 }
 
 std::uint32_t CNPower::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return powerError(operands);
 }

@@ -231,15 +231,18 @@ double CNConstant::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-double CNConstant::numberWithin(Evaluation&) const {
+double CNConstant::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return *constantSource(*this);
 }
 
-std::uint32_t CNConstant::typeWithin(Evaluation&) const {
+std::uint32_t CNConstant::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprNumber;
 }
 
-std::uint32_t CNConstant::errorWithin(Evaluation&) const {
+std::uint32_t CNConstant::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return ErrNone;
 }
 
@@ -255,7 +258,8 @@ void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const
     printOutline(stream, depth);
 }
 
-bool CNConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
+bool CNConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool entry) const {
+    if (!entry && !cellformula::isExactly<CNConstant>(*this)) return false;
     writeIndent(stream, depth);
     stream << f64Value << std::endl;
     return true;
@@ -267,15 +271,18 @@ double CNStringConstant::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-double CNStringConstant::numberWithin(Evaluation&) const {
+double CNStringConstant::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return 0.0;
 }
 
-std::uint32_t CNStringConstant::typeWithin(Evaluation&) const {
+std::uint32_t CNStringConstant::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
-std::uint32_t CNStringConstant::errorWithin(Evaluation&) const {
+std::uint32_t CNStringConstant::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return ErrNone;
 }
 
@@ -283,13 +290,15 @@ void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth)
     printOutline(stream, depth);
 }
 
-bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
+bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool entry) const {
+    if (!entry && !cellformula::isExactly<CNStringConstant>(*this)) return false;
     writeIndent(stream, depth);
     stream << oValue << std::endl;
     return true;
 }
 
-void CNStringConstant::appendTextWithin(Evaluation&, std::string& text) const {
+void CNStringConstant::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     text += oValue;
 }
 
@@ -297,15 +306,18 @@ double CNPi::f64Evaluate() const {
     return cellformula::numberOfEntry(*this);
 }
 
-double CNPi::numberWithin(Evaluation&) const {
+double CNPi::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return *piSource(*this);
 }
 
-std::uint32_t CNPi::typeWithin(Evaluation&) const {
+std::uint32_t CNPi::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprNumber;
 }
 
-std::uint32_t CNPi::errorWithin(Evaluation&) const {
+std::uint32_t CNPi::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return ErrNone;
 }
 
@@ -321,7 +333,8 @@ void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
     printOutline(stream, depth);
 }
 
-bool CNPi::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool) const {
+bool CNPi::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool entry) const {
+    if (!entry && !cellformula::isExactly<CNPi>(*this)) return false;
     writeIndent(stream, depth);
     stream << kPi << std::endl;
     return true;

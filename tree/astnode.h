@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <utility>
@@ -111,6 +112,21 @@ bool isLibraryNode(const ASTNode& node);
 // operation asked, or the node is the library's.
 inline bool answersByRules(const ASTNode& node, const Evaluation& evaluation) {
     return evaluation.isEntry(&node) || isLibraryNode(node);
+}
+
+// True when the node is of the class itself, not a host's subclass of it.
+// The library's classes have one type_info each, so their addresses compare.
+template <class Node>
+bool isExactly(const ASTNode& node) {
+    return &typeid(node) == &typeid(Node);
+}
+
+// True when the rules of the library class Node answer for `node`: it is of
+// that class itself, or its own public operation asked. A host's subclass
+// inherits the rules but is otherwise asked through its public operations.
+template <class Node>
+bool rulesApply(const Node& node, const Evaluation& evaluation) {
+    return isExactly<Node>(node) || evaluation.isEntry(&node);
 }
 
 // An operand's answers within one call, each on enough stack; within a

@@ -27,11 +27,13 @@ double CNGreater::f64Evaluate() const {
 }
 
 double CNGreater::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return compare<Relation::Greater>(operands);
 }
 
 std::uint32_t CNGreater::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return comparisonError(operands);
 }
@@ -51,11 +53,13 @@ double CNLess::f64Evaluate() const {
 }
 
 double CNLess::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return compare<Relation::Less>(operands);
 }
 
 std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return comparisonError(operands);
 }
@@ -75,11 +79,13 @@ double CNGreatEqual::f64Evaluate() const {
 }
 
 double CNGreatEqual::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return compare<Relation::GreatEqual>(operands);
 }
 
 std::uint32_t CNGreatEqual::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return comparisonError(operands);
 }
@@ -99,11 +105,13 @@ double CNLessEqual::f64Evaluate() const {
 }
 
 double CNLessEqual::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return compare<Relation::LessEqual>(operands);
 }
 
 std::uint32_t CNLessEqual::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return comparisonError(operands);
 }
@@ -123,11 +131,13 @@ double CNEqual::f64Evaluate() const {
 }
 
 double CNEqual::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return compare<Relation::Equal>(operands);
 }
 
 std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return comparisonError(operands);
 }

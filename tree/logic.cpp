@@ -57,6 +57,7 @@ double CNAnd::f64Evaluate() const {
 }
 
 double CNAnd::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return connect<false>(operands);
 }
@@ -78,6 +79,7 @@ double CNOr::f64Evaluate() const {
 }
 
 double CNOr::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return connect<true>(operands);
 }
@@ -99,6 +101,7 @@ double CNMin::f64Evaluate() const {
 }
 
 double CNMin::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return reduce<smaller>(operands);
 }
@@ -120,6 +123,7 @@ double CNMax::f64Evaluate() const {
 }
 
 double CNMax::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return reduce<larger>(operands);
 }
@@ -141,6 +145,7 @@ double CNNot::f64Evaluate() const {
 }
 
 double CNNot::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return negation(operands);
 }
@@ -160,11 +165,13 @@ double CNIsError::f64Evaluate() const {
 }
 
 double CNIsError::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return anyError(operands);
 }
 
 std::uint32_t CNIsError::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return unmaskedError(operands);
 }
@@ -220,6 +227,7 @@ const ASTNode* CNIf::chosenBranch(Evaluation& evaluation, bool& conditionTrue) c
 }
 
 double CNIf::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto ifOperands = operands(evaluation);
     return choice(ifOperands);
 }
@@ -234,10 +242,12 @@ bool CNIf::isConcatenation(Evaluation& evaluation, std::vector<const ASTNode*>& 
 }
 
 void CNIf::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     cellformula::appendConcatenation(*this, evaluation, text);
 }
 
 std::uint32_t CNIf::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     if (poCondition == nullptr) return ExprNoType;
     // A condition whose value cannot be computed (an invalid BIN2DEC, a
     // negative RIGHT) leaves no usable type; classifying never throws.
@@ -254,6 +264,7 @@ std::uint32_t CNIf::typeWithin(Evaluation& evaluation) const {
 }
 
 std::uint32_t CNIf::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto ifOperands = operands(evaluation);
     return choiceError(ifOperands);
 }
@@ -271,7 +282,8 @@ void CNIf::vPrintNode(std::stringstream& stream, unsigned int depth) const {
 }
 
 bool CNIf::writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
-                            bool) const {
+                            bool entry) const {
+    if (!entry && !cellformula::isExactly<CNIf>(*this)) return false;
     writeIndent(stream, depth);
     stream << "IF condition" << std::endl;
     // Queued last to first: condition, then the branches that are present.

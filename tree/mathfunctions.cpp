@@ -67,6 +67,7 @@ double CNSin::f64Evaluate() const {
 }
 
 double CNSin::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<sine>(operands);
 }
@@ -86,6 +87,7 @@ double CNCos::f64Evaluate() const {
 }
 
 double CNCos::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<cosine>(operands);
 }
@@ -105,6 +107,7 @@ double CNTan::f64Evaluate() const {
 }
 
 double CNTan::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<tangent>(operands);
 }
@@ -124,11 +127,13 @@ double CNAsin::f64Evaluate() const {
 }
 
 double CNAsin::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<arcSine>(operands);
 }
 
 std::uint32_t CNAsin::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return domainError<withinUnitRange>(operands);
 }
@@ -148,11 +153,13 @@ double CNAcos::f64Evaluate() const {
 }
 
 double CNAcos::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<arcCosine>(operands);
 }
 
 std::uint32_t CNAcos::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return domainError<withinUnitRange>(operands);
 }
@@ -172,6 +179,7 @@ double CNAtan::f64Evaluate() const {
 }
 
 double CNAtan::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<arcTangent>(operands);
 }
@@ -191,11 +199,13 @@ double CNSqrt::f64Evaluate() const {
 }
 
 double CNSqrt::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<squareRoot>(operands);
 }
 
 std::uint32_t CNSqrt::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return domainError<notNegative>(operands);
 }
@@ -215,11 +225,13 @@ double CNLn::f64Evaluate() const {
 }
 
 double CNLn::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return applied<naturalLogarithm>(operands);
 }
 
 std::uint32_t CNLn::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return domainError<positive>(operands);
 }
@@ -242,6 +254,7 @@ double CNAtan2::f64Evaluate() const {
 }
 
 double CNAtan2::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return angle(operands);
 }
@@ -263,11 +276,13 @@ double CNLog::f64Evaluate() const {
 }
 
 double CNLog::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return logarithm(operands);
 }
 
 std::uint32_t CNLog::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     auto operands = operandsOf(*this, evaluation);
     return logarithmError(operands);
 }

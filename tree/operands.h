@@ -195,13 +195,6 @@ template <double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)
     return WalkedAnswer{numberRule(answers), errorRule(answers)};
 }
 
-// True when the node is of the class itself, not a host's subclass of it.
-// The library's classes have one type_info each, so their addresses compare.
-template <class Node>
-bool isExactly(const ASTNode& node) {
-    return &typeid(node) == &typeid(Node);
-}
-
 // The walk of a class whose answers depend on its operands alone: a host's
 // subclass answers through its own operations, so it is left to them.
 template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>

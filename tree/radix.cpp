@@ -66,7 +66,8 @@ double CNDec2Bin::f64Evaluate() const {
     return 0.0;
 }
 
-std::uint32_t CNDec2Bin::typeWithin(Evaluation&) const {
+std::uint32_t CNDec2Bin::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
@@ -82,7 +83,8 @@ double CNDec2Hex::f64Evaluate() const {
     return 0.0;
 }
 
-std::uint32_t CNDec2Hex::typeWithin(Evaluation&) const {
+std::uint32_t CNDec2Hex::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
@@ -98,7 +100,8 @@ double CNBin2Hex::f64Evaluate() const {
     return 0.0;
 }
 
-std::uint32_t CNBin2Hex::typeWithin(Evaluation&) const {
+std::uint32_t CNBin2Hex::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
@@ -108,15 +111,18 @@ double CNHex2Bin::f64Evaluate() const {
     return 0.0;
 }
 
-std::uint32_t CNHex2Bin::typeWithin(Evaluation&) const {
+std::uint32_t CNHex2Bin::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
 void CNDec2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     text += binaryDigits(toUnsigned32(numberOf(*poChild, evaluation)));
 }
 
 std::uint32_t CNDec2Bin::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
     if (typeOf(*poChild, evaluation) == ExprString) return ErrInvalidArg;
@@ -125,10 +131,12 @@ std::uint32_t CNDec2Bin::errorWithin(Evaluation& evaluation) const {
 }
 
 void CNDec2Hex::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     text += hexDigits(toUnsigned32(numberOf(*poChild, evaluation)));
 }
 
 std::uint32_t CNDec2Hex::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
     if (numberOf(*poChild, evaluation) < 0.0) return ErrInvalidArg;
@@ -136,20 +144,24 @@ std::uint32_t CNDec2Hex::errorWithin(Evaluation& evaluation) const {
 }
 
 double CNBin2Dec::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return binaryValue(textOf(*poChild, evaluation));
 }
 
 std::uint32_t CNBin2Dec::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
     return binaryTextError(textOf(*poChild, evaluation));
 }
 
 double CNHex2Dec::numberWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return static_cast<double>(readHex(textOf(*poChild, evaluation)));
 }
 
 std::uint32_t CNHex2Dec::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
     const std::string text = textOf(*poChild, evaluation);
@@ -158,21 +170,25 @@ std::uint32_t CNHex2Dec::errorWithin(Evaluation& evaluation) const {
 }
 
 void CNBin2Hex::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     const long binary = std::strtol(textOf(*poChild, evaluation).c_str(), nullptr, 2);
     text += hexDigits(static_cast<std::uint32_t>(binary));
 }
 
 std::uint32_t CNBin2Hex::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
     return binaryTextError(textOf(*poChild, evaluation));
 }
 
 void CNHex2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     text += binaryDigits(static_cast<std::uint32_t>(readHex(textOf(*poChild, evaluation))));
 }
 
 std::uint32_t CNHex2Bin::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     const std::uint32_t operand = errorOf(*poChild, evaluation);
     if (operand != ErrNone) return operand;
     const std::string text = textOf(*poChild, evaluation);

@@ -149,15 +149,18 @@ double CNText::f64Evaluate() const {
 }
 
 void CNText::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     const std::string format = textOf(*poRight, evaluation);
     text += formatValue(numberOf(*poLeft, evaluation), format);
 }
 
-std::uint32_t CNText::typeWithin(Evaluation&) const {
+std::uint32_t CNText::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
 std::uint32_t CNText::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return textError(*this, evaluation);
 }
 
@@ -170,14 +173,17 @@ double CNLeft::f64Evaluate() const {
 }
 
 void CNLeft::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     text += cut(*this, true, evaluation);
 }
 
-std::uint32_t CNLeft::typeWithin(Evaluation&) const {
+std::uint32_t CNLeft::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
 std::uint32_t CNLeft::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return cutError(*this, evaluation);
 }
 
@@ -188,13 +194,16 @@ double CNRight::f64Evaluate() const {
 }
 
 void CNRight::appendTextWithin(Evaluation& evaluation, std::string& text) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
     text += cut(*this, false, evaluation);
 }
 
-std::uint32_t CNRight::typeWithin(Evaluation&) const {
+std::uint32_t CNRight::typeWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return ExprString;
 }
 
 std::uint32_t CNRight::errorWithin(Evaluation& evaluation) const {
+    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
     return cutError(*this, evaluation);
 }
