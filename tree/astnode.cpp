@@ -166,6 +166,10 @@ std::uint32_t errorOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
     return evaluation.withStack([&] { return node.errorWithin(evaluation); });
 }
 
+WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation) {
+    return evaluation.withStack([&] { return node.walkWithin(evaluation); });
+}
+
 std::string textOfEntry(const ASTNode& node) {
     Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
     std::string text;
@@ -184,7 +188,7 @@ std::uint32_t errorOfEntry(const ASTNode& node) {
     // A tree of numbers gives its error from one walk, each node's rules asked once.
     {
         Evaluation walking(&node, Evaluation::Memory::ConditionsOnly);
-        const WalkedAnswer answer = walkAnswers(node, walking);
+        const WalkedAnswer answer = node.walkWithin(walking);
         if (answer.walked()) return answer.code();
     }
     Evaluation evaluation(&node, Evaluation::Memory::Everything);
@@ -290,7 +294,8 @@ void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth)
     printOutline(stream, depth);
 }
 
-bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool entry) const {
+bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&,
+                                        bool entry) const {
     if (!entry && !cellformula::isExactly<CNStringConstant>(*this)) return false;
     writeIndent(stream, depth);
     stream << oValue << std::endl;

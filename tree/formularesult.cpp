@@ -4,16 +4,12 @@
 
 namespace cellformula {
 
-WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation) {
-    return evaluation.withStack([&] { return walkAnswers(node, evaluation); });
-}
-
 FormulaResult oEvaluateAll(const ASTNode& root) {
     FormulaResult result;
     // A tree of numbers is read in one walk: the same rules, asked once each.
     {
         Evaluation walking(nullptr, Evaluation::Memory::ConditionsOnly);
-        const WalkedAnswer answer = walkAnswers(root, walking);
+        const WalkedAnswer answer = root.walkWithin(walking);
         if (answer.walked()) {
             result.u32Type = ExprNumber;
             result.u32Error = answer.code();

@@ -119,10 +119,6 @@ struct StackRules {
     WalkedAnswer (*walk)(const ASTNode& node, Evaluation& evaluation) = nullptr;
 };
 
-inline WalkedAnswer walkAnswers(const ASTNode& node, Evaluation& evaluation) {
-    return node.walkWithin(evaluation);
-}
-
 // The operands of the three shapes of node, in the order their rules number them.
 template <class Node>
 std::size_t operandsOnStack(const ASTNode& node, const ASTNode* few[3], const ASTNode* const*& list) {
@@ -164,12 +160,13 @@ WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation);
 [[gnu::always_inline]] inline WalkedAnswer walkOperand(const ASTNode* operand, Evaluation& evaluation) {
     if (operand == nullptr) return WalkedAnswer{};
     if (evaluation.stackRunsLow()) return walkAnswersElsewhere(*operand, evaluation);
-    return walkAnswers(*operand, evaluation);
+    return operand->walkWithin(evaluation);
 }
 
 // Answers every operand in order; false when one of them cannot be answered so.
 template <std::size_t Count>
-[[gnu::always_inline]] inline bool walkOperands(const ASTNode* const* operands, Evaluation& evaluation, double* numbers, std::uint32_t* errors) {
+[[gnu::always_inline]] inline bool walkOperands(const ASTNode* const* operands, Evaluation& evaluation, double* numbers,
+                                                std::uint32_t* errors) {
     for (std::size_t i = 0; i < Count; ++i) {
         const WalkedAnswer answer = walkOperand(operands[i], evaluation);
         if (!answer.walked()) return false;
