@@ -126,7 +126,7 @@ bool isExactly(const ASTNode& node) {
 // inherits the rules but is otherwise asked through its public operations.
 template <class Node>
 bool rulesApply(const Node& node, const Evaluation& evaluation) {
-    return isExactly<Node>(node) || evaluation.isEntry(&node);
+    return __builtin_expect(isExactly<Node>(node), 1) || evaluation.isEntry(&node);
 }
 
 // An operand's answers within one call, each on enough stack; within a
