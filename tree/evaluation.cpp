@@ -37,6 +37,8 @@ namespace {
 constexpr std::size_t kSegmentSize = 8 * 1024 * 1024;
 constexpr std::size_t kSegmentMargin = 256 * 1024;
 
+}  // namespace
+
 // A stack segment for one switch. It comes from the ordinary heap: once a
 // first deep call has freed one, the allocator hands the same memory, already
 // touched, to the next, where a fresh mapping would fault in every page again.
@@ -46,11 +48,15 @@ public:
 
     char* bottom() const { return memory_.get(); }
     std::size_t size() const { return kSegmentSize; }
-    const char* top() const { return memory_.get() + kSegmentSize; }
+
+    // The next segment the call has finished with.
+    std::unique_ptr<StackSegment> next;
 
 private:
     std::unique_ptr<char[]> memory_;
 };
+
+namespace {
 
 // Everything the code on the segment needs, reached through one pointer
 // that makecontext passes as two integers.
@@ -102,8 +108,26 @@ void CallMemo::keepText(const ASTNode* node, const std::string& text) {
     (*texts_)[node] = text;
 }
 
+void SpareSegments::releaseAll() {
+    // One after another, as deleting a long chain through its links would recurse.
+    while (first_ != nullptr) take();
+}
+
+std::unique_ptr<StackSegment> SpareSegments::take() {
+    if (first_ == nullptr) return std::make_unique<StackSegment>();
+    std::unique_ptr<StackSegment> segment(first_);
+    first_ = segment->next.release();
+    return segment;
+}
+
+void SpareSegments::give(std::unique_ptr<StackSegment> segment) {
+    segment->next.reset(first_);
+    first_ = segment.release();
+}
+
 void Evaluation::runOnFreshSegment(void (*body)(void*), void* argument) {
-    StackSegment segment;
+    std::unique_ptr<StackSegment> taken = spares_.take();
+    StackSegment& segment = *taken;
     SegmentRun run{body, argument, nullptr, {}, {}};
     const std::uintptr_t savedFloor = stackFloor_;
     stackFloor_ = reinterpret_cast<std::uintptr_t>(segment.bottom()) + kSegmentMargin;
@@ -134,6 +158,7 @@ void Evaluation::runOnFreshSegment(void (*body)(void*), void* argument) {
 #endif
     stackFloor_ = savedFloor;
     setFastFloors();
+    spares_.give(std::move(taken));
     if (run.failure) std::rethrow_exception(run.failure);
 }
 

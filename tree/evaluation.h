@@ -97,6 +97,30 @@ protected:
     ~DeferredAnswers() = default;
 };
 
+class StackSegment;
+
+// Stack segments a call has finished with, kept for its next switch: a call
+// that descends a deep tree more than once would otherwise take fresh memory,
+// and fault its pages in, every time.
+class SpareSegments {
+public:
+    SpareSegments() = default;
+    SpareSegments(const SpareSegments&) = delete;
+    SpareSegments& operator=(const SpareSegments&) = delete;
+    // Most calls never switch, so this is one test for them.
+    ~SpareSegments() {
+        if (first_ != nullptr) releaseAll();
+    }
+
+    std::unique_ptr<StackSegment> take();
+    void give(std::unique_ptr<StackSegment> segment);
+
+private:
+    void releaseAll();
+    // Owned: the first of a chain linked through each segment's `next`.
+    StackSegment* first_ = nullptr;
+};
+
 // The context of one public call on a tree: what the call remembers, and how
 // much of the caller's stack it may still use.
 //
@@ -223,6 +247,7 @@ private:
         return *memo_;
     }
     std::optional<CallMemo> memo_;
+    SpareSegments spares_;
 };
 
 }  // namespace cellformula
