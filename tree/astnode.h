@@ -42,9 +42,10 @@ enum ErrType : std::uint32_t {
 // it returns. Parsing, printing and deleting never recurse. Nothing is
 // written into the tree, so one tree may be evaluated from several threads.
 //
-// A host's own node class, derived from ASTNode, CNSingleChildNode or
-// CNManyChildrenNode, is asked through its public operations wherever it
-// sits in a tree.
+// A host's own node class, derived from ASTNode or from any of the library's
+// node classes, is asked through its public operations wherever it sits in a
+// tree; the library's rules answer for it only when its own public operation
+// asks them (by not overriding it, or by calling the base's).
 class ASTNode {
 public:
     ASTNode() = default;
