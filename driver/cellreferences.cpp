@@ -1,6 +1,7 @@
 #include "cellreferences.h"
 
-#include "spreadsheethelper.h"
+#include <limits>
+
 #include "tokenreader.h"
 
 namespace ExpressionParser {
@@ -14,17 +15,41 @@ struct NameToken {
     bool isCell;
 };
 
+constexpr std::uint64_t kLargestInt = std::numeric_limits<std::int32_t>::max();
+
+bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Reads a name token's bytes as SpreadSheetHelper::s8CreateColumnLine reads
+// the same text: an optional "$", letters of either case, an optional "$",
+// digits that do not start with "0", each coordinate within an int. Reading
+// in place spares a string per name, which is most of a reference's cost.
 NameToken readName(std::string_view formula, const ScannedToken& token) {
     const std::string_view name = formula.substr(token.begin, token.end - token.begin);
     NameToken read{CellCorner{token.begin, token.end, 0, 0, false, false}, false};
-    int column = 0;
-    int row = 0;
-    if (SpreadSheetHelper::s8CreateColumnLine(std::string(name), column, row) != 0) return read;
-    // In a valid cell name a leading "$" marks the column and any later one the row.
-    read.corner.s32Column = column;
-    read.corner.s32Row = row;
-    read.corner.bColumnAbsolute = name[0] == '$';
-    read.corner.bRowAbsolute = name.find('$', 1) != std::string_view::npos;
+    std::size_t at = 0;
+    const bool columnAbsolute = at < name.size() && name[at] == '$';
+    if (columnAbsolute) ++at;
+    const std::size_t letters = at;
+    std::uint64_t column = 0;
+    for (; at < name.size() && isLetter(name[at]); ++at) {
+        column = column * 26 + static_cast<std::uint64_t>((name[at] & ~0x20) - 'A' + 1);
+        if (column - 1 > kLargestInt) return read;
+    }
+    if (at == letters) return read;
+    const bool rowAbsolute = at < name.size() && name[at] == '$';
+    if (rowAbsolute) ++at;
+    if (at == name.size() || name[at] == '0') return read;
+    std::uint64_t row = 0;
+    for (; at < name.size(); ++at) {
+        if (!isDigit(name[at])) return read;
+        row = row * 10 + static_cast<std::uint64_t>(name[at] - '0');
+        if (row > kLargestInt) return read;
+    }
+    read.corner.s32Column = static_cast<std::int32_t>(column - 1);
+    read.corner.s32Row = static_cast<std::int32_t>(row - 1);
+    read.corner.bColumnAbsolute = columnAbsolute;
+    read.corner.bRowAbsolute = rowAbsolute;
     read.isCell = true;
     return read;
 }
