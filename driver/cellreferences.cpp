@@ -17,41 +17,44 @@ struct NameToken {
 
 constexpr std::uint64_t kLargestInt = std::numeric_limits<std::int32_t>::max();
 
-bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+// The letter's place in the alphabet (0 for "A" or "a"), 26 or more for any other byte.
+unsigned letterIndex(char c) { return static_cast<unsigned>(static_cast<unsigned char>(c) | 0x20u) - 'a'; }
+unsigned digitValue(char c) { return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0'; }
 
 // Reads a name token's bytes as SpreadSheetHelper::s8CreateColumnLine reads
 // the same text: an optional "$", letters of either case, an optional "$",
 // digits that do not start with "0", each coordinate within an int. Reading
 // in place spares a string per name, which is most of a reference's cost.
-NameToken readName(std::string_view formula, const ScannedToken& token) {
-    const std::string_view name = formula.substr(token.begin, token.end - token.begin);
-    NameToken read{CellCorner{token.begin, token.end, 0, 0, false, false}, false};
-    std::size_t at = 0;
-    const bool columnAbsolute = at < name.size() && name[at] == '$';
+// It fills `read` in place: a returned name, stored in narrow pieces and copied
+// at once in wide ones, stalled every name on the store forwarding.
+void readName(std::string_view formula, const ScannedToken& token, NameToken& read) {
+    read = NameToken{CellCorner{token.begin, token.end, 0, 0, false, false}, false};
+    const char* at = formula.data() + token.begin;
+    const char* const end = formula.data() + token.end;
+    const bool columnAbsolute = at < end && *at == '$';
     if (columnAbsolute) ++at;
-    const std::size_t letters = at;
+    const char* const letters = at;
     std::uint64_t column = 0;
-    for (; at < name.size() && isLetter(name[at]); ++at) {
-        column = column * 26 + static_cast<std::uint64_t>((name[at] & ~0x20) - 'A' + 1);
-        if (column - 1 > kLargestInt) return read;
+    for (unsigned letter = 0; at < end && (letter = letterIndex(*at)) < 26; ++at) {
+        column = column * 26 + letter + 1;
+        if (column - 1 > kLargestInt) return;
     }
-    if (at == letters) return read;
-    const bool rowAbsolute = at < name.size() && name[at] == '$';
+    if (at == letters) return;
+    const bool rowAbsolute = at < end && *at == '$';
     if (rowAbsolute) ++at;
-    if (at == name.size() || name[at] == '0') return read;
+    if (at == end || *at == '0') return;
     std::uint64_t row = 0;
-    for (; at < name.size(); ++at) {
-        if (!isDigit(name[at])) return read;
-        row = row * 10 + static_cast<std::uint64_t>(name[at] - '0');
-        if (row > kLargestInt) return read;
+    for (; at < end; ++at) {
+        const unsigned digit = digitValue(*at);
+        if (digit > 9) return;
+        row = row * 10 + digit;
+        if (row > kLargestInt) return;
     }
     read.corner.s32Column = static_cast<std::int32_t>(column - 1);
     read.corner.s32Row = static_cast<std::int32_t>(row - 1);
     read.corner.bColumnAbsolute = columnAbsolute;
     read.corner.bRowAbsolute = rowAbsolute;
     read.isCell = true;
-    return read;
 }
 
 // Collects references from the token stream, holding back a cell name until
@@ -65,20 +68,20 @@ public:
 
     void take(const ScannedToken& token) {
         if (token.symbol == Symbol::S_STRING) {
-            const NameToken name = readName(formula_, token);
             if (stage_ == Stage::AfterColon) {
+                readName(formula_, token, second_);
                 // The parser pairs these two names as a range whatever they are.
-                if (first_.isCell && name.isCell) {
-                    addRange(first_.corner, name.corner);
+                if (first_.isCell && second_.isCell) {
+                    addRange(first_.corner, second_.corner);
                 } else {
                     addSingle(first_);
-                    addSingle(name);
+                    addSingle(second_);
                 }
                 stage_ = Stage::Idle;
                 return;
             }
             flush();
-            first_ = name;
+            readName(formula_, token, first_);
             stage_ = Stage::AfterName;
             return;
         }
@@ -111,6 +114,7 @@ private:
     std::string_view formula_;
     std::vector<CellReference>& references_;
     NameToken first_{};
+    NameToken second_{};
     Stage stage_ = Stage::Idle;
 };
 
