@@ -1,11 +1,13 @@
 // Editor support over long formula texts: tokens in bytes per second, and
 // the reference list on the same texts as the rewriting benchmarks, so the
 // two compare within one run.
+#include <sstream>
 #include <string>
 
 #include "benchutil.h"
 #include "cellreferences.h"
 #include "formulatokens.h"
+#include "scanner.h"
 
 namespace {
 
@@ -50,6 +52,30 @@ void references(benchmark::State& state, bool references, bool reused) {
     state.counters["references"] = static_cast<double>(kept.size());
 }
 
+// The generated scanner alone, as tokens and references run it (no values),
+// with nothing done per token: the most either can reach while the scanner
+// states the token rules.
+void scannerAlone(benchmark::State& state, bool references) {
+    const std::string formula = textOf(references);
+    std::int64_t count = 0;
+    for (auto _ : state) {
+        std::istringstream unused;
+        ExpressionParser::Scanner scanner(&unused, nullptr);
+        scanner.vSetText("", formula);
+        scanner.vKeepValues(false);
+        scanner.yyrestart(unused);
+        ExpressionParser::Parser::semantic_type value{};
+        ExpressionParser::location where;
+        count = 0;
+        // The texts are one line, so only their end has a token begin behind the last byte.
+        while (scanner.lex(&value, &where) != 0 || static_cast<std::size_t>(where.begin.column) <= formula.size()) {
+            ++count;
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+    state.counters["tokens"] = static_cast<double>(count);
+}
+
 // A host colouring one short formula at each keystroke.
 void tokensShort(benchmark::State& state) {
     const std::string formula = "=IF(SUM($A$1:B20)>0;LEFT(\"total\";3);ROUND*2)";
@@ -74,6 +100,8 @@ BENCHMARK_CAPTURE(tokens, mixedNew, false, false)->Name("Tokens/Mixed/1MB/NewVec
 BENCHMARK_CAPTURE(references, mixed, false, true)->Name("References/Mixed/1MB");
 BENCHMARK_CAPTURE(references, references, true, true)->Name("References/References/1MB");
 BENCHMARK_CAPTURE(references, referencesNew, true, false)->Name("References/References/1MB/NewVector");
+BENCHMARK_CAPTURE(scannerAlone, mixed, false)->Name("Scanner/Mixed/1MB");
+BENCHMARK_CAPTURE(scannerAlone, references, true)->Name("Scanner/References/1MB");
 BENCHMARK(tokensShort)->Name("Tokens/ShortFormula");
 BENCHMARK_CAPTURE(tokensOfShape, integers, std::string("1+"))->Name("Tokens/Shape/Integers");
 BENCHMARK_CAPTURE(tokensOfShape, doubles, std::string("1.5+"))->Name("Tokens/Shape/Doubles");

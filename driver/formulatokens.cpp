@@ -75,7 +75,14 @@ void FormulaTokens::vGetTokens(const std::string& text, std::vector<FormulaToken
     tokens.clear();
     TokenReader reader(text);
     ScannedToken token{};
-    while (reader.next(token)) tokens.push_back(FormulaToken{kKinds.kinds[token.symbol], token.begin, token.end});
+    while (reader.next(token)) {
+        // Field by field into the vector: a whole token built aside and copied
+        // in one wide load stalls on its narrow kind store, at every token.
+        FormulaToken& added = tokens.emplace_back();
+        added.oKind = kKinds.kinds[token.symbol];
+        added.u64Begin = token.begin;
+        added.u64End = token.end;
+    }
 }
 
 std::string FormulaTokens::oGetKindName(TokenKind kind) {

@@ -32,9 +32,35 @@ public:
 
     // The next token; false once the whole text has been read. A byte 0 is a
     // token of its own (the parser's end of file), not the end of the text.
-    bool next(ScannedToken& token);
+    // Inline, so that a caller's loop over the tokens holds no second call per token.
+    bool next(ScannedToken& token) {
+        if (finished_) return false;
+        const int code = scanner_.lex(&value_, &where_);
+        const std::size_t begin = lineStart_ + static_cast<std::size_t>(where_.begin.column - 1);
+        if (code == 0 && begin >= text_.size()) {
+            finished_ = true;
+            return false;
+        }
+        token.symbol = symbolOf(code);
+        token.begin = begin;
+        // The location, not the last match, spans the token: the scanner may build
+        // one token from several matches. Only a newline token ends on the next line.
+        token.end = where_.end.line == where_.begin.line
+                        ? lineStart_ + static_cast<std::size_t>(where_.end.column - 1)
+                        : begin + 1;
+        if (code == Parser::token::EOL) lineStart_ = token.end;
+        return true;
+    }
 
 private:
+    Parser::symbol_kind_type symbolOf(int code) {
+        if (code < 0 || code >= kCodes) return Parser::symbol_kind::S_YYUNDEF;
+        signed char& known = symbolOfCode_[code];
+        if (known == kNotAsked) known = askParser(code);
+        return static_cast<Parser::symbol_kind_type>(known);
+    }
+    static signed char askParser(int code);
+
     const std::string& text_;
     std::istringstream unusedStream_;
     Scanner scanner_;

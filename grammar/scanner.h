@@ -58,6 +58,17 @@ private:
     std::string* keptValue(const char* text, std::size_t length) const {
         return keepValues_ ? new std::string(text, length) : nullptr;
     }
+    // Starts the next token where the last one ended, as location::step() does
+    // but field by field: step() reloads the whole end position in one wide load
+    // right after the last token's narrow column store, which the processor
+    // cannot forward, and that stall took a third of the time of a scan. The
+    // line is copied only when it changed, so that no compiler merges it with
+    // the column into one wider load again.
+    static void stepLocation(location* where) {
+        where->begin.filename = where->end.filename;
+        if (where->begin.line != where->end.line) where->begin.line = where->end.line;
+        where->begin.column = where->end.column;
+    }
     int nextPending(Parser::semantic_type* value, location* where);
     // The name INPUT (or input) that begins body_, as a token of its own.
     int returnWord(Parser::semantic_type* value, location* where);

@@ -74,7 +74,7 @@ double decimalValue(const char* text, std::size_t length) {
 
 %{
     if (!pending_.empty()) return nextPending(yylval, yylloc);
-    yylloc->step();
+    stepLocation(yylloc);
 %}
 
 [0-9]+              {
@@ -167,7 +167,7 @@ double decimalValue(const char* text, std::size_t length) {
                         replay(5);
                         return returnWord(yylval, yylloc);
                     }
-[ \t\r]+            { yylloc->step(); }
+[ \t\r]+            { stepLocation(yylloc); }
 \n                  {
                         // The token spans to the start of the next line; it is
                         // returned without stepping, so it prints as 1.3-2.0.
