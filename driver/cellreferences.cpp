@@ -1,7 +1,6 @@
 #include "cellreferences.h"
 
-#include <limits>
-
+#include "cellname.h"
 #include "tokenreader.h"
 
 namespace ExpressionParser {
@@ -15,45 +14,17 @@ struct NameToken {
     bool isCell;
 };
 
-constexpr std::uint64_t kLargestInt = std::numeric_limits<std::int32_t>::max();
-
-// The letter's place in the alphabet (0 for "A" or "a"), 26 or more for any other byte.
-unsigned letterIndex(char c) { return static_cast<unsigned>(static_cast<unsigned char>(c) | 0x20u) - 'a'; }
-unsigned digitValue(char c) { return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0'; }
-
-// Reads a name token's bytes as SpreadSheetHelper::s8CreateColumnLine reads
-// the same text: an optional "$", letters of either case, an optional "$",
-// digits that do not start with "0", each coordinate within an int. Reading
-// in place spares a string per name, which is most of a reference's cost.
-// It fills `read` in place: a returned name, stored in narrow pieces and copied
-// at once in wide ones, stalled every name on the store forwarding.
+// Reads a name token's bytes as a cell name in place. It fills `read` field
+// by field: a name returned whole, stored in narrow pieces and copied at once
+// in wide ones, stalled every name on the store forwarding.
 void readName(std::string_view formula, const ScannedToken& token, NameToken& read) {
     read = NameToken{CellCorner{token.begin, token.end, 0, 0, false, false}, false};
-    const char* at = formula.data() + token.begin;
-    const char* const end = formula.data() + token.end;
-    const bool columnAbsolute = at < end && *at == '$';
-    if (columnAbsolute) ++at;
-    const char* const letters = at;
-    std::uint64_t column = 0;
-    for (unsigned letter = 0; at < end && (letter = letterIndex(*at)) < 26; ++at) {
-        column = column * 26 + letter + 1;
-        if (column - 1 > kLargestInt) return;
-    }
-    if (at == letters) return;
-    const bool rowAbsolute = at < end && *at == '$';
-    if (rowAbsolute) ++at;
-    if (at == end || *at == '0') return;
-    std::uint64_t row = 0;
-    for (; at < end; ++at) {
-        const unsigned digit = digitValue(*at);
-        if (digit > 9) return;
-        row = row * 10 + digit;
-        if (row > kLargestInt) return;
-    }
-    read.corner.s32Column = static_cast<std::int32_t>(column - 1);
-    read.corner.s32Row = static_cast<std::int32_t>(row - 1);
-    read.corner.bColumnAbsolute = columnAbsolute;
-    read.corner.bRowAbsolute = rowAbsolute;
+    SpreadSheetHelper::CellName cell;
+    if (!SpreadSheetHelper::readCellName(formula.substr(token.begin, token.end - token.begin), cell)) return;
+    read.corner.s32Column = cell.column;
+    read.corner.s32Row = cell.row;
+    read.corner.bColumnAbsolute = cell.columnAbsolute;
+    read.corner.bRowAbsolute = cell.rowAbsolute;
     read.isCell = true;
 }
 
