@@ -4,7 +4,11 @@
 #include <cstddef>
 #include <typeinfo>
 
+#include "arithmeticrules.h"
+#include "comparisonrules.h"
 #include "logic.h"
+#include "logicrules.h"
+#include "mathrules.h"
 #include "operands.h"
 #include "programrun.h"
 
@@ -36,7 +40,7 @@ CompiledFormula::CompiledFormula(const ASTNode& root) {
         finished.push_back(static_cast<std::uint32_t>(steps_.size()));
         steps_.push_back({visit.node, first, static_cast<std::uint32_t>(listed.size())});
     }
-    compileStack();
+    compileNumbers();
 }
 
 namespace {
@@ -58,58 +62,248 @@ bool isList(const ASTNode& node) {
 
 }  // namespace
 
-void CompiledFormula::compileStack() {
-    std::vector<bool> onStack(steps_.size(), false);
-    std::vector<StackStep> program;
-    std::size_t depth = 0;
-    bool needsErrors = false;
-    for (std::size_t index = 0; index < steps_.size(); ++index) {
-        const Step& step = steps_[index];
-        const StackRules* rules = step.node->stackRules();
-        if (rules == nullptr || typeid(*step.node) != *rules->owner) return;
-        if (!hasEveryOperand(*step.node, step.operandCount)) return;
-        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
-            if (!onStack[operands_[step.firstOperand + i]]) return;
-        }
-        onStack[index] = true;
-        needsErrors = needsErrors || typeid(*step.node) == typeid(CNIsError);
-        const double* source = rules->source != nullptr ? rules->source(*step.node) : nullptr;
-        // A leaf's error depends on what its record holds, which never changes.
-        const StackOperands none(nullptr, nullptr, 0, false);
-        const std::uint32_t sourceError = source != nullptr ? rules->error(*step.node, none) : ErrNone;
-        program.push_back({step.node, rules, source, sourceError, step.operandCount, isList(*step.node)});
-        depth = depth - step.operandCount + 1;
-        stackDepth_ = std::max(stackDepth_, depth);
+namespace {
+
+// The operations the number program runs inline. Each uses the very rule
+// templates its class uses, and is chosen only for a node whose stack rules
+// are those templates, so a class whose rules change is simply called.
+enum class Operation : std::uint8_t {
+    Negate, Add, Subtract, Multiply, Divide, Modulo, Power,
+    Greater, Less, GreatEqual, LessEqual, Equal,
+    And, Or, Min, Max, Not, IsError, If,
+    Sin, Cos, Tan, Asin, Acos, Atan, Sqrt, Ln, Atan2, Log,
+    Call
+};
+
+template <auto numberRule, auto errorRule, bool takesList = false>
+struct RulePair {
+    static constexpr auto number = numberRule;
+    static constexpr auto error = errorRule;
+    static constexpr bool list = takesList;  // a range's node has its operands in a list
+};
+
+// Hands `visit` the number and error rule of an inline operation, over the
+// given kind of operands; false for a call.
+template <typename Operands, typename Visit>
+[[gnu::always_inline]] inline bool withRules(Operation operation, Visit&& visit) {
+    using namespace rules;
+    // Every case returns, so the switch needs no test of its range.
+    if (operation > Operation::Call) __builtin_unreachable();
+    switch (operation) {
+        case Operation::Negate: return visit(RulePair<&negated<Operands>, &oneOperandError<Operands>>{}), true;
+        case Operation::Add: return visit(RulePair<&sum<Operands>, &sumError<Operands>, true>{}), true;
+        case Operation::Subtract:
+            return visit(RulePair<&difference<Operands>, &operandsError<isNotNumber, Operands>>{}), true;
+        case Operation::Multiply:
+            return visit(RulePair<&product<Operands>, &operandsError<isNotNumber, Operands>>{}), true;
+        case Operation::Divide: return visit(RulePair<&quotient<Operands>, &divisorError<Operands>>{}), true;
+        case Operation::Modulo: return visit(RulePair<&rules::remainder<Operands>, &divisorError<Operands>>{}), true;
+        case Operation::Power: return visit(RulePair<&power<Operands>, &powerError<Operands>>{}), true;
+        case Operation::Greater:
+            return visit(RulePair<&compare<Relation::Greater, Operands>, &comparisonError<Operands>>{}), true;
+        case Operation::Less: return visit(RulePair<&compare<Relation::Less, Operands>, &comparisonError<Operands>>{}), true;
+        case Operation::GreatEqual:
+            return visit(RulePair<&compare<Relation::GreatEqual, Operands>, &comparisonError<Operands>>{}), true;
+        case Operation::LessEqual:
+            return visit(RulePair<&compare<Relation::LessEqual, Operands>, &comparisonError<Operands>>{}), true;
+        case Operation::Equal:
+            return visit(RulePair<&compare<Relation::Equal, Operands>, &comparisonError<Operands>>{}), true;
+        case Operation::And:
+            return visit(RulePair<&connect<false, Operands>, &operandsError<isNotNumber, Operands>, true>{}), true;
+        case Operation::Or: return visit(RulePair<&connect<true, Operands>, &operandsError<isNotNumber, Operands>, true>{}), true;
+        case Operation::Min:
+            return visit(RulePair<&reduce<smaller, Operands>, &operandsError<isNotNumber, Operands>, true>{}), true;
+        case Operation::Max:
+            return visit(RulePair<&reduce<larger, Operands>, &operandsError<isNotNumber, Operands>, true>{}), true;
+        case Operation::Not: return visit(RulePair<&negation<Operands>, &oneOperandError<Operands>>{}), true;
+        case Operation::IsError: return visit(RulePair<&anyError<Operands>, &unmaskedError<Operands>>{}), true;
+        case Operation::If: return visit(RulePair<&choice<Operands>, &choiceError<Operands>>{}), true;
+        case Operation::Sin: return visit(RulePair<&applied<sine, Operands>, &oneOperandError<Operands>>{}), true;
+        case Operation::Cos: return visit(RulePair<&applied<cosine, Operands>, &oneOperandError<Operands>>{}), true;
+        case Operation::Tan: return visit(RulePair<&applied<tangent, Operands>, &oneOperandError<Operands>>{}), true;
+        case Operation::Asin:
+            return visit(RulePair<&applied<arcSine, Operands>, &domainError<withinUnitRange, Operands>>{}), true;
+        case Operation::Acos:
+            return visit(RulePair<&applied<arcCosine, Operands>, &domainError<withinUnitRange, Operands>>{}), true;
+        case Operation::Atan: return visit(RulePair<&applied<arcTangent, Operands>, &oneOperandError<Operands>>{}), true;
+        case Operation::Sqrt:
+            return visit(RulePair<&applied<squareRoot, Operands>, &domainError<notNegative, Operands>>{}), true;
+        case Operation::Ln:
+            return visit(RulePair<&applied<naturalLogarithm, Operands>, &domainError<positive, Operands>>{}), true;
+        case Operation::Atan2: return visit(RulePair<&angle<Operands>, &operandsError<isNotNumber, Operands>>{}), true;
+        case Operation::Log: return visit(RulePair<&logarithm<Operands>, &logarithmError<Operands>>{}), true;
+        case Operation::Call: return false;
     }
-    stackSteps_ = std::move(program);
-    stackNeedsErrors_ = needsErrors;
+    return false;
 }
 
-CompiledFormula::StackAnswer CompiledFormula::runStack(bool withErrors) const {
-    // Most formulas fit the inline stack; a deep one gets its own.
-    AnswerSlots<64> stack(stackDepth_);
-    double* numbers = stack.numbers();
-    std::uint32_t* errors = stack.errors();
-    std::size_t top = 0;
-    for (const StackStep& step : stackSteps_) {
-        if (step.source != nullptr) {
-            numbers[top] = *step.source;
-            errors[top] = step.sourceError;
-            ++top;
+// The inline operation whose rules a node's stack rules are, or a call.
+Operation operationOf(const StackRules& stackRules) {
+    for (auto candidate = static_cast<std::uint8_t>(Operation::Negate);
+         candidate < static_cast<std::uint8_t>(Operation::Call); ++candidate) {
+        bool same = false;
+        withRules<const StackOperands>(static_cast<Operation>(candidate), [&](auto pair) {
+            using Pair = decltype(pair);
+            same = stackRules.number == &numberOnStack<Pair::number> && stackRules.error == &errorOnStack<Pair::error>;
+        });
+        if (same) return static_cast<Operation>(candidate);
+    }
+    return Operation::Call;
+}
+
+// An instruction's operands, read from the slots the leaves and the earlier
+// instructions filled; all of them are numbers.
+class SlotOperands {
+public:
+    SlotOperands(const double* numbers, const std::uint32_t* errors, const std::uint32_t* slots, std::size_t count,
+                 bool list)
+        : numbers_(numbers), errors_(errors), slots_(slots), count_(count), list_(list) {}
+
+    std::size_t count() const { return count_; }
+    bool isList() const { return list_; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) const { return numbers_[slots_[i]]; }
+    double condition(std::size_t i) const { return numbers_[slots_[i]]; }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const { return errors_[slots_[i]]; }
+
+private:
+    const double* numbers_;
+    const std::uint32_t* errors_;
+    const std::uint32_t* slots_;
+    std::size_t count_;
+    bool list_;
+};
+
+}  // namespace
+
+void CompiledFormula::compileNumbers() {
+    std::size_t leafCount = 0;
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        const StackRules* stackRules = step.node->stackRules();
+        if (stackRules == nullptr || typeid(*step.node) != *stackRules->owner) return;
+        if (!hasEveryOperand(*step.node, step.operandCount)) return;
+        if (stackRules->source != nullptr) ++leafCount;
+    }
+    // Slots: the leaves, then the results still waiting for the instruction
+    // that reads them (a stack), then room to copy a call's operands.
+    std::vector<std::uint32_t> slotOf(steps_.size());
+    std::size_t depth = 0;
+    std::size_t resultRoom = 0;
+    std::size_t gatherRoom = 0;
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        const StackRules* stackRules = step.node->stackRules();
+        const StackOperands none(nullptr, nullptr, 0, false);
+        if (stackRules->source != nullptr) {
+            slotOf[index] = static_cast<std::uint32_t>(leafSources_.size());
+            leafSources_.push_back(stackRules->source(*step.node));
+            leafErrors_.push_back(stackRules->error(*step.node, none));
             continue;
         }
-        top -= step.operandCount;
-        const StackOperands operands(numbers + top, errors + top, step.operandCount, step.list);
-        const double number = step.rules->number(*step.node, operands);
-        if (withErrors) errors[top] = step.rules->error(*step.node, operands);
-        numbers[top] = number;
-        ++top;
+        const Operation operation = operationOf(*stackRules);
+        Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), step.operandCount, {0, 0, 0}, 0};
+        // Only a range has more than three operands.
+        const bool spread = instruction.list;
+        if (spread) instruction.operands[0] = static_cast<std::uint32_t>(listSlots_.size());
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+            const std::uint32_t operandStep = operands_[step.firstOperand + i];
+            if (spread) {
+                listSlots_.push_back(slotOf[operandStep]);
+            } else {
+                instruction.operands[i] = slotOf[operandStep];
+            }
+            if (slotOf[operandStep] >= leafCount) --depth;
+        }
+        instruction.result = static_cast<std::uint32_t>(leafCount + depth);
+        slotOf[index] = instruction.result;
+        ++depth;
+        resultRoom = std::max(resultRoom, depth);
+        if (operation == Operation::Call) gatherRoom = std::max<std::size_t>(gatherRoom, step.operandCount);
+        valueNeedsErrors_ = valueNeedsErrors_ || operation == Operation::IsError || operation == Operation::Call;
+        instructions_.push_back(instruction);
+        calls_.push_back({step.node, stackRules});
     }
-    return StackAnswer{numbers[0], withErrors ? errors[0] : ErrNone};
+    gatherSlot_ = static_cast<std::uint32_t>(leafCount + resultRoom);
+    slotCount_ = gatherSlot_ + gatherRoom;
+    rootSlot_ = slotOf.back();
+    numbersOnly_ = true;
+}
+
+// Inlined into its callers, so that a short formula pays for one call only.
+template <bool withErrors>
+[[gnu::always_inline]] inline CompiledFormula::NumberAnswer CompiledFormula::runNumbers(
+    double* numbers, std::uint32_t* errors) const {
+    const std::size_t leafCount = leafSources_.size();
+    const double* const* sources = leafSources_.data();
+    // Four at a time: loading the leaves is a good part of a short formula.
+    std::size_t leaf = 0;
+    for (; leaf + 4 <= leafCount; leaf += 4) {
+        numbers[leaf] = *sources[leaf];
+        numbers[leaf + 1] = *sources[leaf + 1];
+        numbers[leaf + 2] = *sources[leaf + 2];
+        numbers[leaf + 3] = *sources[leaf + 3];
+    }
+    for (; leaf < leafCount; ++leaf) numbers[leaf] = *sources[leaf];
+    if (withErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
+    const std::uint32_t* lists = listSlots_.data();
+    const Instruction* const first = instructions_.data();
+    const Instruction* const last = first + instructions_.size();
+    for (const Instruction* next = first; next != last; ++next) {
+        const Instruction& instruction = *next;
+        // Both answers are worked out before either is stored: the result may
+        // take the slot of an operand that the error rule reads.
+        double number = 0.0;
+        std::uint32_t error = ErrNone;
+        const bool ranInline = withRules<const SlotOperands>(static_cast<Operation>(instruction.operation), [&](auto pair) {
+            using Pair = decltype(pair);
+            const bool list = Pair::list && instruction.list;
+            const SlotOperands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
+                                        instruction.count, list);
+            number = Pair::number(operands);
+            if constexpr (withErrors) error = Pair::error(operands);
+        });
+        if (!ranInline) {
+            const SlotOperands operands(numbers, errors,
+                                        instruction.list ? lists + instruction.operands[0] : instruction.operands,
+                                        instruction.count, instruction.list);
+            for (std::uint32_t i = 0; i < instruction.count; ++i) {
+                numbers[gatherSlot_ + i] = operands.number(i);
+                if (withErrors) errors[gatherSlot_ + i] = operands.error(i);
+            }
+            const Call& call = calls_[static_cast<std::size_t>(next - first)];
+            const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count, instruction.list);
+            number = call.rules->number(*call.node, gathered);
+            if (withErrors) error = call.rules->error(*call.node, gathered);
+        }
+        numbers[instruction.result] = number;
+        if (withErrors) errors[instruction.result] = error;
+    }
+    return NumberAnswer{numbers[rootSlot_], withErrors ? errors[rootSlot_] : ErrNone};
+}
+
+template <bool withErrors>
+CompiledFormula::NumberAnswer CompiledFormula::runNumbers() const {
+    // Most formulas fit slots in place, left unset: each is written before
+    // it is read. A long formula gets its own.
+    constexpr std::size_t kInlineSlots = 64;
+    if (slotCount_ > kInlineSlots) return runNumbersOnHeap<withErrors>();
+    double numbers[kInlineSlots];
+    std::uint32_t errors[kInlineSlots];
+    return runNumbers<withErrors>(numbers, errors);
+}
+
+template <bool withErrors>
+CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
+    std::vector<double> numbers(slotCount_);
+    std::vector<std::uint32_t> errors(withErrors ? slotCount_ : 0);
+    return runNumbers<withErrors>(numbers.data(), errors.data());
 }
 
 double CompiledFormula::f64Evaluate() const {
-    if (!stackSteps_.empty()) return runStack(stackNeedsErrors_).number;
+    if (numbersOnly_) return valueNeedsErrors_ ? runNumbers<true>().number : runNumbers<false>().number;
     ProgramRun run(*this);
     return run.rootNumber();
 }
@@ -120,20 +314,20 @@ std::string CompiledFormula::stringEvaluate() const {
 }
 
 std::uint32_t CompiledFormula::exprType() const {
-    if (!stackSteps_.empty()) return ExprNumber;
+    if (numbersOnly_) return ExprNumber;
     ProgramRun run(*this);
     return run.rootType();
 }
 
 std::uint32_t CompiledFormula::errType() const {
-    if (!stackSteps_.empty()) return runStack(true).error;
+    if (numbersOnly_) return runNumbers<true>().error;
     ProgramRun run(*this);
     return run.rootError();
 }
 
 FormulaResult CompiledFormula::oEvaluateAll() const {
-    if (!stackSteps_.empty()) {
-        const StackAnswer answer = runStack(true);
+    if (numbersOnly_) {
+        const NumberAnswer answer = runNumbers<true>();
         FormulaResult result;
         result.u32Type = ExprNumber;
         result.u32Error = answer.error;
