@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <typeinfo>
 
 #include "arithmeticrules.h"
@@ -152,12 +153,17 @@ Operation operationOf(const StackRules& stackRules) {
 }
 
 // An instruction's operands, read from the slots the leaves and the earlier
-// instructions filled; all of them are numbers.
+// instructions filled; all of them are numbers. Their errors are read from
+// the slots too, or, to confirm what compiling assumed, from its list.
 class SlotOperands {
 public:
     SlotOperands(const double* numbers, const std::uint32_t* errors, const std::uint32_t* slots, std::size_t count,
                  bool list)
-        : numbers_(numbers), errors_(errors), slots_(slots), count_(count), list_(list) {}
+        : numbers_(numbers), errors_(errors), slots_(slots), errorSlots_(slots), count_(count), list_(list) {}
+    SlotOperands(const double* numbers, const std::uint32_t* slots, const std::uint32_t* assumedErrors,
+                 std::size_t count)
+        : numbers_(numbers), errors_(assumedErrors), slots_(slots), errorSlots_(kInOrder), count_(count),
+          list_(false) {}
 
     std::size_t count() const { return count_; }
     bool isList() const { return list_; }
@@ -166,15 +172,53 @@ public:
     double condition(std::size_t i) const { return numbers_[slots_[i]]; }
     std::string text(std::size_t) const { return std::string(); }
     std::uint32_t type(std::size_t) const { return ExprNumber; }
-    std::uint32_t error(std::size_t i) const { return errors_[slots_[i]]; }
+    std::uint32_t error(std::size_t i) const { return errors_[errorSlots_[i]]; }
 
 private:
+    static constexpr std::uint32_t kInOrder[3] = {0, 1, 2};
+
     const double* numbers_;
     const std::uint32_t* errors_;
     const std::uint32_t* slots_;
+    const std::uint32_t* errorSlots_;
     std::size_t count_;
     bool list_;
 };
+
+// Operands as compiling knows them: each one's assumed error, and the value
+// of a constant; a rule that asks for any other value notes it, since its
+// answer then depends on the evaluation.
+class AssumedOperands {
+public:
+    AssumedOperands(const std::uint32_t* errors, const double* constants, const bool* constant, std::size_t count,
+                    bool list)
+        : errors_(errors), constants_(constants), constant_(constant), count_(count), list_(list) {}
+
+    std::size_t count() const { return count_; }
+    bool isList() const { return list_; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) {
+        if (!constant_[i]) readsValue_ = true;
+        return constants_[i];
+    }
+    double condition(std::size_t i) { return number(i); }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const { return errors_[i]; }
+    bool readsValue() const { return readsValue_; }
+
+private:
+    const std::uint32_t* errors_;
+    const double* constants_;
+    const bool* constant_;
+    std::size_t count_;
+    bool list_;
+    bool readsValue_ = false;
+};
+
+bool isConstant(const ASTNode& node) {
+    return typeid(node) == typeid(CNConstant) || typeid(node) == typeid(CNPi);
+}
 
 }  // namespace
 
@@ -204,7 +248,8 @@ void CompiledFormula::compileNumbers() {
             continue;
         }
         const Operation operation = operationOf(*stackRules);
-        Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), step.operandCount, {0, 0, 0}, 0};
+        Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), false, step.operandCount,
+                                {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}};
         // Only a range has more than three operands.
         const bool spread = instruction.list;
         if (spread) instruction.operands[0] = static_cast<std::uint32_t>(listSlots_.size());
@@ -230,12 +275,62 @@ void CompiledFormula::compileNumbers() {
     slotCount_ = gatherSlot_ + gatherRoom;
     rootSlot_ = slotOf.back();
     numbersOnly_ = true;
+    assumeErrors();
+}
+
+// Works out every step's error on the assumption that no step whose error
+// depends on a value meets one; a run then only checks those steps.
+void CompiledFormula::assumeErrors() {
+    std::vector<std::uint32_t> assumed(steps_.size(), ErrNone);
+    std::vector<double> value(steps_.size(), 0.0);
+    std::vector<bool> constant(steps_.size(), false);
+    std::vector<std::uint32_t> errors;
+    std::vector<double> constants;
+    std::unique_ptr<bool[]> constantFlags;
+    std::size_t instruction = 0;
+    std::size_t leaf = 0;
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        if (step.node->stackRules()->source != nullptr) {
+            assumed[index] = leafErrors_[leaf];
+            constant[index] = isConstant(*step.node);
+            value[index] = *leafSources_[leaf];
+            ++leaf;
+            continue;
+        }
+        Instruction& compiled = instructions_[instruction++];
+        errors.clear();
+        constants.clear();
+        constantFlags.reset(new bool[step.operandCount]);
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+            const std::uint32_t operandStep = operands_[step.firstOperand + i];
+            errors.push_back(assumed[operandStep]);
+            constants.push_back(value[operandStep]);
+            constantFlags[i] = constant[operandStep];
+        }
+        AssumedOperands operands(errors.data(), constants.data(), constantFlags.get(), step.operandCount, compiled.list);
+        bool known = false;
+        withRules<AssumedOperands>(static_cast<Operation>(compiled.operation), [&](auto pair) {
+            using Pair = decltype(pair);
+            const std::uint32_t error = Pair::error(operands);
+            if (operands.readsValue()) return;
+            assumed[index] = error;
+            known = true;
+        });
+        if (known) continue;
+        // A called rule is never checked: a program with one works out every
+        // error. The others are checked against no error.
+        compiled.checksError = !compiled.list && step.operandCount <= 3;
+        for (std::uint32_t i = 0; i < step.operandCount && compiled.checksError; ++i) compiled.assumedErrors[i] = errors[i];
+    }
+    assumedRootError_ = assumed.back();
 }
 
 // Inlined into its callers, so that a short formula pays for one call only.
-template <bool withErrors>
+template <CompiledFormula::Errors errorWork>
 [[gnu::always_inline]] inline CompiledFormula::NumberAnswer CompiledFormula::runNumbers(
     double* numbers, std::uint32_t* errors) const {
+    constexpr bool computeErrors = errorWork == Errors::Compute;
     const std::size_t leafCount = leafSources_.size();
     const double* const* sources = leafSources_.data();
     // Four at a time: loading the leaves is a good part of a short formula.
@@ -247,7 +342,8 @@ template <bool withErrors>
         numbers[leaf + 3] = *sources[leaf + 3];
     }
     for (; leaf < leafCount; ++leaf) numbers[leaf] = *sources[leaf];
-    if (withErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
+    if (computeErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
+    bool assumptionHolds = true;
     const std::uint32_t* lists = listSlots_.data();
     const Instruction* const first = instructions_.data();
     const Instruction* const last = first + instructions_.size();
@@ -263,7 +359,14 @@ template <bool withErrors>
             const SlotOperands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
                                         instruction.count, list);
             number = Pair::number(operands);
-            if constexpr (withErrors) error = Pair::error(operands);
+            if constexpr (computeErrors) error = Pair::error(operands);
+            if constexpr (errorWork == Errors::Check) {
+                if (instruction.checksError) {
+                    const SlotOperands checked(numbers, instruction.operands, instruction.assumedErrors,
+                                               instruction.count);
+                    if (Pair::error(checked) != ErrNone) assumptionHolds = false;
+                }
+            }
         });
         if (!ranInline) {
             const SlotOperands operands(numbers, errors,
@@ -271,39 +374,52 @@ template <bool withErrors>
                                         instruction.count, instruction.list);
             for (std::uint32_t i = 0; i < instruction.count; ++i) {
                 numbers[gatherSlot_ + i] = operands.number(i);
-                if (withErrors) errors[gatherSlot_ + i] = operands.error(i);
+                if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
             }
             const Call& call = calls_[static_cast<std::size_t>(next - first)];
             const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count, instruction.list);
             number = call.rules->number(*call.node, gathered);
-            if (withErrors) error = call.rules->error(*call.node, gathered);
+            if (computeErrors) error = call.rules->error(*call.node, gathered);
         }
         numbers[instruction.result] = number;
-        if (withErrors) errors[instruction.result] = error;
+        if (computeErrors) errors[instruction.result] = error;
     }
-    return NumberAnswer{numbers[rootSlot_], withErrors ? errors[rootSlot_] : ErrNone};
+    if constexpr (errorWork == Errors::Check) {
+        // A step met an error after all: the rare case works out every error.
+        if (!assumptionHolds) return runNumbers<Errors::Compute>(numbers, errors);
+        return NumberAnswer{numbers[rootSlot_], assumedRootError_};
+    }
+    return NumberAnswer{numbers[rootSlot_], computeErrors ? errors[rootSlot_] : ErrNone};
 }
 
-template <bool withErrors>
-CompiledFormula::NumberAnswer CompiledFormula::runNumbers() const {
+template <CompiledFormula::Errors errorWork>
+CompiledFormula::NumberAnswer CompiledFormula::runNumbersInPlace() const {
     // Most formulas fit slots in place, left unset: each is written before
     // it is read. A long formula gets its own.
     constexpr std::size_t kInlineSlots = 64;
-    if (slotCount_ > kInlineSlots) return runNumbersOnHeap<withErrors>();
+    if (slotCount_ > kInlineSlots) return runNumbersOnHeap<errorWork>();
     double numbers[kInlineSlots];
     std::uint32_t errors[kInlineSlots];
-    return runNumbers<withErrors>(numbers, errors);
+    return runNumbers<errorWork>(numbers, errors);
 }
 
-template <bool withErrors>
+template <CompiledFormula::Errors errorWork>
 CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
     std::vector<double> numbers(slotCount_);
-    std::vector<std::uint32_t> errors(withErrors ? slotCount_ : 0);
-    return runNumbers<withErrors>(numbers.data(), errors.data());
+    std::vector<std::uint32_t> errors(slotCount_);
+    return runNumbers<errorWork>(numbers.data(), errors.data());
+}
+
+CompiledFormula::NumberAnswer CompiledFormula::runNumbers(Errors errors) const {
+    // ISERROR reads errors for its value, and a called rule may: then every
+    // error is worked out.
+    if (valueNeedsErrors_) return runNumbersInPlace<Errors::Compute>();
+    if (errors == Errors::Skip) return runNumbersInPlace<Errors::Skip>();
+    return runNumbersInPlace<Errors::Check>();
 }
 
 double CompiledFormula::f64Evaluate() const {
-    if (numbersOnly_) return valueNeedsErrors_ ? runNumbers<true>().number : runNumbers<false>().number;
+    if (numbersOnly_) return runNumbers(Errors::Skip).number;
     ProgramRun run(*this);
     return run.rootNumber();
 }
@@ -320,14 +436,14 @@ std::uint32_t CompiledFormula::exprType() const {
 }
 
 std::uint32_t CompiledFormula::errType() const {
-    if (numbersOnly_) return runNumbers<true>().error;
+    if (numbersOnly_) return runNumbers(Errors::Check).error;
     ProgramRun run(*this);
     return run.rootError();
 }
 
 FormulaResult CompiledFormula::oEvaluateAll() const {
     if (numbersOnly_) {
-        const NumberAnswer answer = runNumbers<true>();
+        const NumberAnswer answer = runNumbers(Errors::Check);
         FormulaResult result;
         result.u32Type = ExprNumber;
         result.u32Error = answer.error;

@@ -49,9 +49,13 @@ private:
     struct Instruction {
         std::uint8_t operation;     // which rules to run (see the .cpp)
         bool list;
+        // Whether the error rule must run to confirm the error worked out at
+        // compile time, with the operands' errors as they were assumed then.
+        bool checksError;
         std::uint32_t count;
         std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
         std::uint32_t result;
+        std::uint32_t assumedErrors[3];
     };
     // The rules an instruction without an inline case calls.
     struct Call {
@@ -62,12 +66,17 @@ private:
         double number;
         std::uint32_t error;
     };
+    // How a run works out the errors: not at all, by checking only the
+    // steps where one may arise against what compiling worked out, or all.
+    enum class Errors : std::uint8_t { Skip, Check, Compute };
     void compileNumbers();
-    template <bool withErrors>
-    NumberAnswer runNumbers() const;
-    template <bool withErrors>
+    void assumeErrors();
+    NumberAnswer runNumbers(Errors errors) const;
+    template <Errors errorWork>
+    NumberAnswer runNumbersInPlace() const;
+    template <Errors errorWork>
     NumberAnswer runNumbersOnHeap() const;
-    template <bool withErrors>
+    template <Errors errorWork>
     NumberAnswer runNumbers(double* numbers, std::uint32_t* errors) const;
 
     std::vector<Step> steps_;              // operands before the nodes that ask them; the root last
@@ -82,6 +91,7 @@ private:
     std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side
     std::uint32_t rootSlot_ = 0;
     bool valueNeedsErrors_ = false;        // ISERROR, or a called rule, may read an operand's error
+    std::uint32_t assumedRootError_ = ErrNone;  // the root's error when every check holds
 };
 
 }  // namespace cellformula
