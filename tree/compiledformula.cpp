@@ -88,8 +88,6 @@ struct RulePair {
 template <typename Operands, typename Visit>
 [[gnu::always_inline]] inline bool withRules(Operation operation, Visit&& visit) {
     using namespace rules;
-    // Every case returns, so the switch needs no test of its range.
-    if (operation > Operation::Call) __builtin_unreachable();
     switch (operation) {
         case Operation::Negate: return visit(RulePair<&negated<Operands>, &oneOperandError<Operands>>{}), true;
         case Operation::Add: return visit(RulePair<&sum<Operands>, &sumError<Operands>, true>{}), true;
@@ -346,9 +344,9 @@ template <CompiledFormula::Errors errorWork>
     bool assumptionHolds = true;
     const std::uint32_t* lists = listSlots_.data();
     const Instruction* const first = instructions_.data();
-    const Instruction* const last = first + instructions_.size();
-    for (const Instruction* next = first; next != last; ++next) {
-        const Instruction& instruction = *next;
+    const std::size_t instructionCount = instructions_.size();
+    for (std::size_t index = 0; index < instructionCount; ++index) {
+        const Instruction& instruction = first[index];
         // Both answers are worked out before either is stored: the result may
         // take the slot of an operand that the error rule reads.
         double number = 0.0;
@@ -376,7 +374,7 @@ template <CompiledFormula::Errors errorWork>
                 numbers[gatherSlot_ + i] = operands.number(i);
                 if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
             }
-            const Call& call = calls_[static_cast<std::size_t>(next - first)];
+            const Call& call = calls_[index];
             const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count, instruction.list);
             number = call.rules->number(*call.node, gathered);
             if (computeErrors) error = call.rules->error(*call.node, gathered);
@@ -418,10 +416,32 @@ CompiledFormula::NumberAnswer CompiledFormula::runNumbers(Errors errors) const {
     return runNumbersInPlace<Errors::Check>();
 }
 
+namespace {
+
+// The general program, out of line so that the number program's callers stay small.
+[[gnu::noinline]] double generalNumber(const CompiledFormula& program) {
+    ProgramRun run(program);
+    return run.rootNumber();
+}
+
+[[gnu::noinline]] FormulaResult generalResult(const CompiledFormula& program) {
+    ProgramRun run(program);
+    FormulaResult result;
+    result.u32Type = run.rootType();
+    result.u32Error = run.rootError();
+    if (result.u32Type == ExprNumber) {
+        result.f64Value = run.rootNumber();
+    } else {
+        result.oText = run.rootText();
+    }
+    return result;
+}
+
+}  // namespace
+
 double CompiledFormula::f64Evaluate() const {
     if (numbersOnly_) return runNumbers(Errors::Skip).number;
-    ProgramRun run(*this);
-    return run.rootNumber();
+    return generalNumber(*this);
 }
 
 std::string CompiledFormula::stringEvaluate() const {
@@ -450,16 +470,7 @@ FormulaResult CompiledFormula::oEvaluateAll() const {
         result.f64Value = answer.number;
         return result;
     }
-    ProgramRun run(*this);
-    FormulaResult result;
-    result.u32Type = run.rootType();
-    result.u32Error = run.rootError();
-    if (result.u32Type == ExprNumber) {
-        result.f64Value = run.rootNumber();
-    } else {
-        result.oText = run.rootText();
-    }
-    return result;
+    return generalResult(*this);
 }
 
 }  // namespace cellformula
