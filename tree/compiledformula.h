@@ -55,7 +55,8 @@ private:
         std::uint32_t count;
         std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
         std::uint32_t result;
-        std::uint32_t assumedErrors[3];
+        std::uint32_t assumedErrors[3];  // also the errors of leaves read in place
+        const double* leaves[2];         // where the leaves read in place live
     };
     // The rules an instruction without an inline case calls.
     struct Call {
@@ -70,7 +71,7 @@ private:
     // steps where one may arise against what compiling worked out, or all.
     enum class Errors : std::uint8_t { Skip, Check, Compute };
     void compileNumbers();
-    void assumeErrors();
+    void assumeErrors(const std::vector<const double*>& sourceOf, const std::vector<std::uint32_t>& leafErrorOf);
     NumberAnswer runNumbers(Errors errors) const;
     template <Errors errorWork>
     NumberAnswer runNumbersInPlace() const;
@@ -91,6 +92,7 @@ private:
     std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side
     std::uint32_t rootSlot_ = 0;
     bool valueNeedsErrors_ = false;        // ISERROR, or a called rule, may read an operand's error
+    bool errorsAssumed_ = true;            // false when a step's error can be neither assumed nor confirmed
     std::uint32_t assumedRootError_ = ErrNone;  // the root's error when every check holds
 };
 
