@@ -275,6 +275,8 @@ public:
         : numbers_(numbers), errors_(assumedErrors), slots_(slots), errorSlots_(kInOrder), leafNumbers_(leafNumbers),
           leafErrors_(assumedErrors), count_(count), list_(false) {}
 
+    static constexpr bool kReadsLeaves = leaves != 0;
+
     std::size_t count() const { return count_; }
     bool isList() const { return list_; }
     bool present(std::size_t) const { return true; }
@@ -517,7 +519,8 @@ template <CompiledFormula::Errors errorWork>
         const bool ranInline = withRules<InSlots>(static_cast<Operation>(instruction.operation), [&](auto pair) {
             using Pair = decltype(pair);
             using Operands = typename Pair::Operands;
-            const bool list = Pair::list && instruction.list;
+            // An operation with leaves read in place is never a range's.
+            const bool list = Pair::list && !Operands::kReadsLeaves && instruction.list;
             const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
                                     instruction.count, list, instruction.leaves, instruction.assumedErrors);
             number = Pair::number(operands);
