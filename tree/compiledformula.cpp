@@ -78,8 +78,30 @@ enum class Operation : std::uint8_t {
     AddLeft, AddRight, AddBoth, SubtractLeft, SubtractRight, SubtractBoth,
     MultiplyLeft, MultiplyRight, MultiplyBoth, DivideLeft, DivideRight, DivideBoth,
     PowerLeft, PowerRight, PowerBoth, GreaterLeft, GreaterRight, GreaterBoth,
-    LessLeft, LessRight, LessBoth
+    LessLeft, LessRight, LessBoth,
+    // Those whose error may depend on a value, again, for a step whose error
+    // a run must confirm (see assumeErrors).
+    DivideChecked, ModuloChecked, PowerChecked, AsinChecked, AcosChecked, SqrtChecked, LnChecked, LogChecked,
+    IfChecked, DivideLeftChecked, DivideRightChecked, DivideBothChecked, PowerLeftChecked, PowerRightChecked,
+    PowerBothChecked
 };
+
+// Each code with a confirmed variant, in the order of the variants.
+constexpr Operation kCheckable[] = {Operation::Divide, Operation::Modulo, Operation::Power, Operation::Asin,
+                                    Operation::Acos, Operation::Sqrt, Operation::Ln, Operation::Log,
+                                    Operation::If, Operation::DivideLeft, Operation::DivideRight,
+                                    Operation::DivideBoth, Operation::PowerLeft, Operation::PowerRight,
+                                    Operation::PowerBoth};
+
+// The confirmed variant of a code, or Call when it has none.
+Operation checked(Operation operation) {
+    for (std::size_t i = 0; i < sizeof kCheckable / sizeof kCheckable[0]; ++i) {
+        if (kCheckable[i] == operation) {
+            return static_cast<Operation>(static_cast<unsigned>(Operation::DivideChecked) + i);
+        }
+    }
+    return Operation::Call;
+}
 
 // The operations with leaves read in place, in the order of their codes.
 constexpr Operation kFusable[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide,
@@ -173,9 +195,10 @@ template <typename O>
 struct RulesOf<Operation::Log, O> : RulePair<&logarithm<O>, &logarithmError<O>> {};
 
 // The rules of an operation together with the kind of operands they run over.
-template <Operation operation, typename O>
+template <Operation operation, typename O, bool confirms = false>
 struct Choice : RulesOf<operation, O> {
     using Operands = O;
+    static constexpr bool kConfirms = confirms;  // the step's error must be confirmed
 };
 
 // Hands `visit` the number and error rule of an inline operation, over the
@@ -235,6 +258,21 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::LessLeft: return visit(Choice<Operation::Less, OperandsOf<1>>{}), true;
         case Operation::LessRight: return visit(Choice<Operation::Less, OperandsOf<2>>{}), true;
         case Operation::LessBoth: return visit(Choice<Operation::Less, OperandsOf<3>>{}), true;
+        case Operation::DivideChecked: return visit(Choice<Operation::Divide, OperandsOf<0>, true>{}), true;
+        case Operation::ModuloChecked: return visit(Choice<Operation::Modulo, OperandsOf<0>, true>{}), true;
+        case Operation::PowerChecked: return visit(Choice<Operation::Power, OperandsOf<0>, true>{}), true;
+        case Operation::AsinChecked: return visit(Choice<Operation::Asin, OperandsOf<0>, true>{}), true;
+        case Operation::AcosChecked: return visit(Choice<Operation::Acos, OperandsOf<0>, true>{}), true;
+        case Operation::SqrtChecked: return visit(Choice<Operation::Sqrt, OperandsOf<0>, true>{}), true;
+        case Operation::LnChecked: return visit(Choice<Operation::Ln, OperandsOf<0>, true>{}), true;
+        case Operation::LogChecked: return visit(Choice<Operation::Log, OperandsOf<0>, true>{}), true;
+        case Operation::IfChecked: return visit(Choice<Operation::If, OperandsOf<0>, true>{}), true;
+        case Operation::DivideLeftChecked: return visit(Choice<Operation::Divide, OperandsOf<1>, true>{}), true;
+        case Operation::DivideRightChecked: return visit(Choice<Operation::Divide, OperandsOf<2>, true>{}), true;
+        case Operation::DivideBothChecked: return visit(Choice<Operation::Divide, OperandsOf<3>, true>{}), true;
+        case Operation::PowerLeftChecked: return visit(Choice<Operation::Power, OperandsOf<1>, true>{}), true;
+        case Operation::PowerRightChecked: return visit(Choice<Operation::Power, OperandsOf<2>, true>{}), true;
+        case Operation::PowerBothChecked: return visit(Choice<Operation::Power, OperandsOf<3>, true>{}), true;
     }
     return false;
 }
@@ -398,7 +436,7 @@ void CompiledFormula::compileNumbers() {
             continue;
         }
         const Operation operation = operationOfStep[index];
-        Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), false, step.operandCount,
+        Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), step.operandCount,
                                 {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}, {nullptr, nullptr}};
         // Only a range has more than three operands.
         const bool spread = instruction.list;
@@ -469,7 +507,7 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
         AssumedOperands operands(errors.data(), constants.data(), constantFlags.data(), step.operandCount,
                                  compiled.list);
         bool known = false;
-        const bool ranInline = withRules<Assumed>(static_cast<Operation>(compiled.operation), [&](auto pair) {
+        withRules<Assumed>(static_cast<Operation>(compiled.operation), [&](auto pair) {
             using Pair = decltype(pair);
             const std::uint32_t error = Pair::error(operands);
             if (operands.readsValue()) return;
@@ -477,13 +515,14 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
             known = true;
         });
         if (known) continue;
-        // A step that can be confirmed is assumed to meet no error; any other
-        // (a called rule) leaves every error to be worked out at each run.
-        if (!ranInline || compiled.list || step.operandCount > 3) {
+        // A step whose error a run can confirm is assumed to meet none; any
+        // other (a called rule) leaves every error to be worked out at each run.
+        const Operation confirming = checked(static_cast<Operation>(compiled.operation));
+        if (confirming == Operation::Call) {
             errorsAssumed_ = false;
             continue;
         }
-        compiled.checksError = true;
+        compiled.operation = static_cast<std::uint8_t>(confirming);
         for (std::uint32_t i = 0; i < step.operandCount; ++i) compiled.assumedErrors[i] = errors[i];
     }
     assumedRootError_ = assumed.back();
@@ -526,7 +565,7 @@ template <CompiledFormula::Errors errorWork>
             number = Pair::number(operands);
             if constexpr (computeErrors) error = Pair::error(operands);
             if constexpr (errorWork == Errors::Check) {
-                if (instruction.checksError) {
+                if constexpr (Pair::kConfirms) {
                     const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
                                            instruction.assumedErrors);
                     if (Pair::error(checked) != ErrNone) assumptionHolds = false;

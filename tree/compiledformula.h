@@ -49,13 +49,12 @@ private:
     struct Instruction {
         std::uint8_t operation;     // which rules to run (see the .cpp)
         bool list;
-        // Whether the error rule must run to confirm the error worked out at
-        // compile time, with the operands' errors as they were assumed then.
-        bool checksError;
         std::uint32_t count;
         std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
         std::uint32_t result;
-        std::uint32_t assumedErrors[3];  // also the errors of leaves read in place
+        // The errors of leaves read in place and, for a step whose error a run
+        // confirms, the operands' errors as compiling assumed them.
+        std::uint32_t assumedErrors[3];
         const double* leaves[2];         // where the leaves read in place live
     };
     // The rules an instruction without an inline case calls.
