@@ -45,9 +45,9 @@ private:
     // The number program, used when every node of the tree is a number whose
     // answers depend on its operands' numbers: the leaves are copied into
     // slots first, then each instruction reads its operands' slots and
-    // writes its own, running the common rules inline (see the .cpp).
+    // writes its own, running the common rules inline (numberprogram.cpp).
     struct Instruction {
-        std::uint8_t operation;     // which rules to run (see the .cpp)
+        std::uint8_t operation;     // which rules to run (numberoperations.h)
         bool list;
         std::uint32_t count;
         std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
