@@ -33,6 +33,15 @@ void compiledValues(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(compiled.programs.size()));
 }
 
+// One formula at a time, beside muparser's MuParser/Evaluate/Comparable/N.
+void compiledValue(benchmark::State& state) {
+    BenchDriver driver(formulaSheet());
+    const std::unique_ptr<ASTNode> tree = driver.parse(comparableFormulaOf(state, true).ours);
+    const cellformula::CompiledFormula program(*tree);
+    for (auto _ : state) benchmark::DoNotOptimize(program.f64Evaluate());
+    state.SetItemsProcessed(state.iterations());
+}
+
 void compiledResults(benchmark::State& state) {
     const Compiled compiled = compileComparable();
     for (auto _ : state) {
@@ -52,5 +61,8 @@ void treeResults(benchmark::State& state) {
 }  // namespace
 
 BENCHMARK(compiledValues)->Name("Compiled/Value/ComparableAll");
+BENCHMARK(compiledValue)
+    ->Name("Compiled/Value/Comparable")
+    ->DenseRange(0, static_cast<int>(comparableFormulas().size()) - 1);
 BENCHMARK(compiledResults)->Name("Compiled/Result/ComparableAll");
 BENCHMARK(treeResults)->Name("OneCallTree/ComparableAll");

@@ -14,9 +14,10 @@ namespace cellformula::rules {
 // When both operands are NaN, the processor keeps the sign and payload of
 // one of them, and which one depends on how the compiler ordered a
 // commutative operation. One out-of-line copy of each, shared by every way
-// of evaluating, keeps every NaN's bits the same on every path.
-[[gnu::noinline]] double added(double left, double right);
-[[gnu::noinline]] double multiplied(double left, double right);
+// of evaluating, keeps every NaN's bits the same on every path. Hidden, so
+// that the library calls them directly rather than through its symbol table.
+[[gnu::noinline, gnu::visibility("hidden")]] double added(double left, double right);
+[[gnu::noinline, gnu::visibility("hidden")]] double multiplied(double left, double right);
 
 template <typename Operands>
 double negated(Operands& operands) {

@@ -42,29 +42,57 @@ private:
         std::uint32_t operandCount;
     };
 
-    // A step of the program on a stack of numbers, used when every node of
-    // the tree is a number whose answers depend on its operands' numbers.
-    struct StackStep {
+    // The number program, used when every node of the tree is a number whose
+    // answers depend on its operands' numbers: the leaves are copied into
+    // slots first, then each instruction reads its operands' slots and
+    // writes its own, running the common rules inline (numberprogram.cpp).
+    struct Instruction {
+        std::uint8_t operation;     // which rules to run (numberoperations.h)
+        bool list;
+        std::uint32_t count;
+        std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
+        std::uint32_t result;
+        // The errors of leaves read in place and, for a step whose error a run
+        // confirms, the operands' errors as compiling assumed them.
+        std::uint32_t assumedErrors[3];
+        const double* leaves[2];         // where the leaves read in place live
+    };
+    // The rules an instruction without an inline case calls.
+    struct Call {
         const ASTNode* node;
         const StackRules* rules;
-        const double* source;        // a leaf's number, loaded directly; null for the others
-        std::uint32_t sourceError;   // a leaf's error, which its record fixes once for all
-        std::uint32_t operandCount;
-        bool list;
     };
-
-    struct StackAnswer {
+    struct NumberAnswer {
         double number;
         std::uint32_t error;
     };
-    void compileStack();
-    StackAnswer runStack(bool withErrors) const;
+    // How a run works out the errors: not at all, by checking only the
+    // steps where one may arise against what compiling worked out, or all.
+    enum class Errors : std::uint8_t { Skip, Check, Compute };
+    void compileNumbers();
+    void assumeErrors(const std::vector<const double*>& sourceOf, const std::vector<std::uint32_t>& leafErrorOf);
+    NumberAnswer runNumbers(Errors errors) const;
+    template <Errors errorWork>
+    NumberAnswer runNumbersInPlace() const;
+    template <Errors errorWork>
+    NumberAnswer runNumbersOnHeap() const;
+    template <Errors errorWork>
+    NumberAnswer runNumbers(double* numbers, std::uint32_t* errors) const;
 
     std::vector<Step> steps_;              // operands before the nodes that ask them; the root last
     std::vector<std::uint32_t> operands_;  // step numbers of each step's operands, first to last
-    std::vector<StackStep> stackSteps_;    // empty when the tree needs the general program
-    std::size_t stackDepth_ = 0;
-    bool stackNeedsErrors_ = false;        // ISERROR reads its operand's error even for a value
+    bool numbersOnly_ = false;             // false when the tree needs the general program
+    std::vector<const double*> leafSources_;
+    std::vector<std::uint32_t> leafErrors_;  // a leaf's error, which its record fixes once for all
+    std::vector<Instruction> instructions_;
+    std::vector<std::uint32_t> listSlots_;
+    std::vector<Call> calls_;              // one per instruction, read only by those without an inline case
+    std::size_t slotCount_ = 0;
+    std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side
+    std::uint32_t rootSlot_ = 0;
+    bool valueNeedsErrors_ = false;        // ISERROR, or a called rule, may read an operand's error
+    bool errorsAssumed_ = true;            // false when a step's error can be neither assumed nor confirmed
+    std::uint32_t assumedRootError_ = ErrNone;  // the root's error when every check holds
 };
 
 }  // namespace cellformula

@@ -1,5 +1,8 @@
 #include "programrun.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "astnode.h"
 
 namespace cellformula {
@@ -178,7 +181,10 @@ void ProgramRun::writeText(std::uint32_t step, std::string& text) {
             continue;
         }
         if (missing_.size() > missingBefore) continue;
-        for (auto part = parts.rbegin(); part != parts.rend(); ++part) pending.push_back(stepOfOperand(**part));
+        // Found first to last, as the search expects, so a long list stays linear.
+        const std::size_t firstPart = pending.size();
+        for (const ASTNode* part : parts) pending.push_back(stepOfOperand(*part));
+        std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(firstPart), pending.end());
     }
 }
 

@@ -1,0 +1,250 @@
+#ifndef CELLFORMULA_NUMBEROPERATIONS_H
+#define CELLFORMULA_NUMBEROPERATIONS_H
+
+// The operations a compiled number program runs inline, and the one switch
+// that hands each its node class's own number and error rule templates.
+#include <cstddef>
+#include <cstdint>
+
+#include "arithmeticrules.h"
+#include "comparisonrules.h"
+#include "logicrules.h"
+#include "mathrules.h"
+#include "operands.h"
+
+namespace cellformula::numbers {
+
+// The operations the number program runs inline. Each uses the very rule
+// templates its class uses, and is chosen only for a node whose stack rules
+// are those templates, so a class whose rules change is simply called.
+enum class Operation : std::uint8_t {
+    Negate, Add, Subtract, Multiply, Divide, Modulo, Power,
+    Greater, Less, GreatEqual, LessEqual, Equal,
+    And, Or, Min, Max, Not, IsError, If,
+    Sin, Cos, Tan, Asin, Acos, Atan, Sqrt, Ln, Atan2, Log,
+    Call,
+    // The common two-operand operations again, with the left, the right or
+    // both operands leaves read where they live rather than from a slot.
+    AddLeft, AddRight, AddBoth, SubtractLeft, SubtractRight, SubtractBoth,
+    MultiplyLeft, MultiplyRight, MultiplyBoth, DivideLeft, DivideRight, DivideBoth,
+    PowerLeft, PowerRight, PowerBoth, GreaterLeft, GreaterRight, GreaterBoth,
+    LessLeft, LessRight, LessBoth,
+    // Those whose error may depend on a value, again, for a step whose error
+    // a run must confirm (see assumeErrors).
+    DivideChecked, ModuloChecked, PowerChecked, AsinChecked, AcosChecked, SqrtChecked, LnChecked, LogChecked,
+    IfChecked, DivideLeftChecked, DivideRightChecked, DivideBothChecked, PowerLeftChecked, PowerRightChecked,
+    PowerBothChecked
+};
+
+// Each code with a confirmed variant, in the order of the variants.
+constexpr Operation kCheckable[] = {Operation::Divide, Operation::Modulo, Operation::Power, Operation::Asin,
+                                    Operation::Acos, Operation::Sqrt, Operation::Ln, Operation::Log,
+                                    Operation::If, Operation::DivideLeft, Operation::DivideRight,
+                                    Operation::DivideBoth, Operation::PowerLeft, Operation::PowerRight,
+                                    Operation::PowerBoth};
+
+// The confirmed variant of a code, or Call when it has none.
+inline Operation checked(Operation operation) {
+    for (std::size_t i = 0; i < sizeof kCheckable / sizeof kCheckable[0]; ++i) {
+        if (kCheckable[i] == operation) {
+            return static_cast<Operation>(static_cast<unsigned>(Operation::DivideChecked) + i);
+        }
+    }
+    return Operation::Call;
+}
+
+// The operations with leaves read in place, in the order of their codes.
+constexpr Operation kFusable[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide,
+                                  Operation::Power, Operation::Greater, Operation::Less};
+
+// The code of a fusable operation whose operands `leaves` (bit 0 the left,
+// bit 1 the right) are leaves read in place; the operation itself otherwise.
+inline Operation withLeaves(Operation operation, unsigned leaves) {
+    if (leaves == 0) return operation;
+    for (std::size_t i = 0; i < sizeof kFusable / sizeof kFusable[0]; ++i) {
+        if (kFusable[i] != operation) continue;
+        return static_cast<Operation>(static_cast<unsigned>(Operation::AddLeft) + 3 * i + leaves - 1);
+    }
+    return operation;
+}
+
+inline bool isFusable(Operation operation) {
+    return withLeaves(operation, 1) != operation;
+}
+
+// The rule templates are named as their own files name them.
+using namespace rules;
+
+template <auto numberRule, auto errorRule, bool takesList = false>
+struct RulePair {
+    static constexpr auto number = numberRule;
+    static constexpr auto error = errorRule;
+    static constexpr bool list = takesList;  // a range's node has its operands in a list
+};
+
+// The number and error rule of each inline operation, over a kind of operands.
+template <Operation operation, typename Operands>
+struct RulesOf;
+
+template <typename O>
+struct RulesOf<Operation::Negate, O> : RulePair<&negated<O>, &oneOperandError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Add, O> : RulePair<&sum<O>, &sumError<O>, true> {};
+template <typename O>
+struct RulesOf<Operation::Subtract, O> : RulePair<&difference<O>, &operandsError<isNotNumber, O>> {};
+template <typename O>
+struct RulesOf<Operation::Multiply, O> : RulePair<&product<O>, &operandsError<isNotNumber, O>> {};
+template <typename O>
+struct RulesOf<Operation::Divide, O> : RulePair<&quotient<O>, &divisorError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Modulo, O> : RulePair<&rules::remainder<O>, &divisorError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Power, O> : RulePair<&power<O>, &powerError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Greater, O> : RulePair<&compare<Relation::Greater, O>, &comparisonError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Less, O> : RulePair<&compare<Relation::Less, O>, &comparisonError<O>> {};
+template <typename O>
+struct RulesOf<Operation::GreatEqual, O> : RulePair<&compare<Relation::GreatEqual, O>, &comparisonError<O>> {};
+template <typename O>
+struct RulesOf<Operation::LessEqual, O> : RulePair<&compare<Relation::LessEqual, O>, &comparisonError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Equal, O> : RulePair<&compare<Relation::Equal, O>, &comparisonError<O>> {};
+template <typename O>
+struct RulesOf<Operation::And, O> : RulePair<&connect<false, O>, &operandsError<isNotNumber, O>, true> {};
+template <typename O>
+struct RulesOf<Operation::Or, O> : RulePair<&connect<true, O>, &operandsError<isNotNumber, O>, true> {};
+template <typename O>
+struct RulesOf<Operation::Min, O> : RulePair<&reduce<smaller, O>, &operandsError<isNotNumber, O>, true> {};
+template <typename O>
+struct RulesOf<Operation::Max, O> : RulePair<&reduce<larger, O>, &operandsError<isNotNumber, O>, true> {};
+template <typename O>
+struct RulesOf<Operation::Not, O> : RulePair<&negation<O>, &oneOperandError<O>> {};
+template <typename O>
+struct RulesOf<Operation::IsError, O> : RulePair<&anyError<O>, &unmaskedError<O>> {};
+template <typename O>
+struct RulesOf<Operation::If, O> : RulePair<&choice<O>, &choiceError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Sin, O> : RulePair<&applied<sine, O>, &oneOperandError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Cos, O> : RulePair<&applied<cosine, O>, &oneOperandError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Tan, O> : RulePair<&applied<tangent, O>, &oneOperandError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Asin, O> : RulePair<&applied<arcSine, O>, &domainError<withinUnitRange, O>> {};
+template <typename O>
+struct RulesOf<Operation::Acos, O> : RulePair<&applied<arcCosine, O>, &domainError<withinUnitRange, O>> {};
+template <typename O>
+struct RulesOf<Operation::Atan, O> : RulePair<&applied<arcTangent, O>, &oneOperandError<O>> {};
+template <typename O>
+struct RulesOf<Operation::Sqrt, O> : RulePair<&applied<squareRoot, O>, &domainError<notNegative, O>> {};
+template <typename O>
+struct RulesOf<Operation::Ln, O> : RulePair<&applied<naturalLogarithm, O>, &domainError<positive, O>> {};
+template <typename O>
+struct RulesOf<Operation::Atan2, O> : RulePair<&angle<O>, &operandsError<isNotNumber, O>> {};
+template <typename O>
+struct RulesOf<Operation::Log, O> : RulePair<&logarithm<O>, &logarithmError<O>> {};
+
+// The rules of an operation together with the kind of operands they run over.
+template <Operation operation, typename O, bool confirms = false>
+struct Choice : RulesOf<operation, O> {
+    using Operands = O;
+    static constexpr bool kConfirms = confirms;  // the step's error must be confirmed
+};
+
+// Hands `visit` the number and error rule of an inline operation, over the
+// operands `OperandsOf<leaves>` for the leaves it reads in place; false for a
+// call. One switch for all, so that running an instruction takes one jump.
+template <template <unsigned> class OperandsOf, typename Visit>
+[[gnu::always_inline]] inline bool withRules(Operation operation, Visit&& visit) {
+    switch (operation) {
+        case Operation::Negate: return visit(Choice<Operation::Negate, OperandsOf<0>>{}), true;
+        case Operation::Add: return visit(Choice<Operation::Add, OperandsOf<0>>{}), true;
+        case Operation::Subtract: return visit(Choice<Operation::Subtract, OperandsOf<0>>{}), true;
+        case Operation::Multiply: return visit(Choice<Operation::Multiply, OperandsOf<0>>{}), true;
+        case Operation::Divide: return visit(Choice<Operation::Divide, OperandsOf<0>>{}), true;
+        case Operation::Modulo: return visit(Choice<Operation::Modulo, OperandsOf<0>>{}), true;
+        case Operation::Power: return visit(Choice<Operation::Power, OperandsOf<0>>{}), true;
+        case Operation::Greater: return visit(Choice<Operation::Greater, OperandsOf<0>>{}), true;
+        case Operation::Less: return visit(Choice<Operation::Less, OperandsOf<0>>{}), true;
+        case Operation::GreatEqual: return visit(Choice<Operation::GreatEqual, OperandsOf<0>>{}), true;
+        case Operation::LessEqual: return visit(Choice<Operation::LessEqual, OperandsOf<0>>{}), true;
+        case Operation::Equal: return visit(Choice<Operation::Equal, OperandsOf<0>>{}), true;
+        case Operation::And: return visit(Choice<Operation::And, OperandsOf<0>>{}), true;
+        case Operation::Or: return visit(Choice<Operation::Or, OperandsOf<0>>{}), true;
+        case Operation::Min: return visit(Choice<Operation::Min, OperandsOf<0>>{}), true;
+        case Operation::Max: return visit(Choice<Operation::Max, OperandsOf<0>>{}), true;
+        case Operation::Not: return visit(Choice<Operation::Not, OperandsOf<0>>{}), true;
+        case Operation::IsError: return visit(Choice<Operation::IsError, OperandsOf<0>>{}), true;
+        case Operation::If: return visit(Choice<Operation::If, OperandsOf<0>>{}), true;
+        case Operation::Sin: return visit(Choice<Operation::Sin, OperandsOf<0>>{}), true;
+        case Operation::Cos: return visit(Choice<Operation::Cos, OperandsOf<0>>{}), true;
+        case Operation::Tan: return visit(Choice<Operation::Tan, OperandsOf<0>>{}), true;
+        case Operation::Asin: return visit(Choice<Operation::Asin, OperandsOf<0>>{}), true;
+        case Operation::Acos: return visit(Choice<Operation::Acos, OperandsOf<0>>{}), true;
+        case Operation::Atan: return visit(Choice<Operation::Atan, OperandsOf<0>>{}), true;
+        case Operation::Sqrt: return visit(Choice<Operation::Sqrt, OperandsOf<0>>{}), true;
+        case Operation::Ln: return visit(Choice<Operation::Ln, OperandsOf<0>>{}), true;
+        case Operation::Atan2: return visit(Choice<Operation::Atan2, OperandsOf<0>>{}), true;
+        case Operation::Log: return visit(Choice<Operation::Log, OperandsOf<0>>{}), true;
+        case Operation::Call: return false;
+        case Operation::AddLeft: return visit(Choice<Operation::Add, OperandsOf<1>>{}), true;
+        case Operation::AddRight: return visit(Choice<Operation::Add, OperandsOf<2>>{}), true;
+        case Operation::AddBoth: return visit(Choice<Operation::Add, OperandsOf<3>>{}), true;
+        case Operation::SubtractLeft: return visit(Choice<Operation::Subtract, OperandsOf<1>>{}), true;
+        case Operation::SubtractRight: return visit(Choice<Operation::Subtract, OperandsOf<2>>{}), true;
+        case Operation::SubtractBoth: return visit(Choice<Operation::Subtract, OperandsOf<3>>{}), true;
+        case Operation::MultiplyLeft: return visit(Choice<Operation::Multiply, OperandsOf<1>>{}), true;
+        case Operation::MultiplyRight: return visit(Choice<Operation::Multiply, OperandsOf<2>>{}), true;
+        case Operation::MultiplyBoth: return visit(Choice<Operation::Multiply, OperandsOf<3>>{}), true;
+        case Operation::DivideLeft: return visit(Choice<Operation::Divide, OperandsOf<1>>{}), true;
+        case Operation::DivideRight: return visit(Choice<Operation::Divide, OperandsOf<2>>{}), true;
+        case Operation::DivideBoth: return visit(Choice<Operation::Divide, OperandsOf<3>>{}), true;
+        case Operation::PowerLeft: return visit(Choice<Operation::Power, OperandsOf<1>>{}), true;
+        case Operation::PowerRight: return visit(Choice<Operation::Power, OperandsOf<2>>{}), true;
+        case Operation::PowerBoth: return visit(Choice<Operation::Power, OperandsOf<3>>{}), true;
+        case Operation::GreaterLeft: return visit(Choice<Operation::Greater, OperandsOf<1>>{}), true;
+        case Operation::GreaterRight: return visit(Choice<Operation::Greater, OperandsOf<2>>{}), true;
+        case Operation::GreaterBoth: return visit(Choice<Operation::Greater, OperandsOf<3>>{}), true;
+        case Operation::LessLeft: return visit(Choice<Operation::Less, OperandsOf<1>>{}), true;
+        case Operation::LessRight: return visit(Choice<Operation::Less, OperandsOf<2>>{}), true;
+        case Operation::LessBoth: return visit(Choice<Operation::Less, OperandsOf<3>>{}), true;
+        case Operation::DivideChecked: return visit(Choice<Operation::Divide, OperandsOf<0>, true>{}), true;
+        case Operation::ModuloChecked: return visit(Choice<Operation::Modulo, OperandsOf<0>, true>{}), true;
+        case Operation::PowerChecked: return visit(Choice<Operation::Power, OperandsOf<0>, true>{}), true;
+        case Operation::AsinChecked: return visit(Choice<Operation::Asin, OperandsOf<0>, true>{}), true;
+        case Operation::AcosChecked: return visit(Choice<Operation::Acos, OperandsOf<0>, true>{}), true;
+        case Operation::SqrtChecked: return visit(Choice<Operation::Sqrt, OperandsOf<0>, true>{}), true;
+        case Operation::LnChecked: return visit(Choice<Operation::Ln, OperandsOf<0>, true>{}), true;
+        case Operation::LogChecked: return visit(Choice<Operation::Log, OperandsOf<0>, true>{}), true;
+        case Operation::IfChecked: return visit(Choice<Operation::If, OperandsOf<0>, true>{}), true;
+        case Operation::DivideLeftChecked: return visit(Choice<Operation::Divide, OperandsOf<1>, true>{}), true;
+        case Operation::DivideRightChecked: return visit(Choice<Operation::Divide, OperandsOf<2>, true>{}), true;
+        case Operation::DivideBothChecked: return visit(Choice<Operation::Divide, OperandsOf<3>, true>{}), true;
+        case Operation::PowerLeftChecked: return visit(Choice<Operation::Power, OperandsOf<1>, true>{}), true;
+        case Operation::PowerRightChecked: return visit(Choice<Operation::Power, OperandsOf<2>, true>{}), true;
+        case Operation::PowerBothChecked: return visit(Choice<Operation::Power, OperandsOf<3>, true>{}), true;
+    }
+    return false;
+}
+
+template <unsigned>
+using OnStack = const StackOperands;
+
+// The inline operation whose rules a node's stack rules are, or a call.
+inline Operation operationOf(const StackRules& stackRules) {
+    for (auto candidate = static_cast<std::uint8_t>(Operation::Negate);
+         candidate < static_cast<std::uint8_t>(Operation::Call); ++candidate) {
+        bool same = false;
+        withRules<OnStack>(static_cast<Operation>(candidate), [&](auto pair) {
+            using Pair = decltype(pair);
+            same = stackRules.number == &numberOnStack<Pair::number> && stackRules.error == &errorOnStack<Pair::error>;
+        });
+        if (same) return static_cast<Operation>(candidate);
+    }
+    return Operation::Call;
+}
+
+}  // namespace cellformula::numbers
+
+#endif

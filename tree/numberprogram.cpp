@@ -1,0 +1,374 @@
+// The number program of a compiled formula: how a tree whose nodes are all
+// numbers is compiled into instructions over slots, and how those run.
+#include "compiledformula.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+#include "logic.h"
+#include "numberoperations.h"
+#include "operands.h"
+
+namespace cellformula {
+
+namespace {
+
+// The operands a node's rules number, all present: a pair both, an IF all three.
+bool hasEveryOperand(const ASTNode& node, std::size_t listed) {
+    if (const auto* pair = dynamic_cast<const CNManyChildrenNode*>(&node)) {
+        return !pair->oChildren.empty() || listed == 2;
+    }
+    if (dynamic_cast<const CNSingleChildNode*>(&node) != nullptr) return listed == 1;
+    if (dynamic_cast<const CNIf*>(&node) != nullptr) return listed == 3;
+    return true;
+}
+
+bool isList(const ASTNode& node) {
+    const auto* many = dynamic_cast<const CNManyChildrenNode*>(&node);
+    return many != nullptr && !many->oChildren.empty();
+}
+
+using numbers::Operation;
+using numbers::OnStack;
+using numbers::checked;
+using numbers::isFusable;
+using numbers::operationOf;
+using numbers::withLeaves;
+using numbers::withRules;
+
+// An instruction's operands, read from the slots the leaves and the earlier
+// instructions filled, or, for the operands `leaves` names (bit 0 the
+// first), from where those leaves live; all of them are numbers. Their
+// errors are read from the slots too, or from the instruction's list, which
+// holds a leaf's own error and, for a step being confirmed, what compiling
+// assumed of every operand.
+template <unsigned leaves>
+class SlotOperands {
+public:
+    SlotOperands(const double* numbers, const std::uint32_t* errors, const std::uint32_t* slots, std::size_t count,
+                 bool list, const double* const* leafNumbers, const std::uint32_t* leafErrors)
+        : numbers_(numbers), errors_(errors), slots_(slots), errorSlots_(slots), leafNumbers_(leafNumbers),
+          leafErrors_(leafErrors), count_(count), list_(list) {}
+    // Confirming what compiling assumed: every error from the list.
+    SlotOperands(const double* numbers, const std::uint32_t* slots, std::size_t count,
+                 const double* const* leafNumbers, const std::uint32_t* assumedErrors)
+        : numbers_(numbers), errors_(assumedErrors), slots_(slots), errorSlots_(kInOrder), leafNumbers_(leafNumbers),
+          leafErrors_(assumedErrors), count_(count), list_(false) {}
+
+    static constexpr bool kReadsLeaves = leaves != 0;
+
+    std::size_t count() const { return count_; }
+    bool isList() const { return list_; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) const {
+        if (isLeaf(i)) return *leafNumbers_[i];
+        return numbers_[slots_[i]];
+    }
+    double condition(std::size_t i) const { return number(i); }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const {
+        if (isLeaf(i)) return leafErrors_[i];
+        return errors_[errorSlots_[i]];
+    }
+
+private:
+    static constexpr std::uint32_t kInOrder[3] = {0, 1, 2};
+    static bool isLeaf(std::size_t i) { return i < 2 && ((leaves >> i) & 1u) != 0; }
+
+    const double* numbers_;
+    const std::uint32_t* errors_;
+    const std::uint32_t* slots_;
+    const std::uint32_t* errorSlots_;
+    const double* const* leafNumbers_;
+    const std::uint32_t* leafErrors_;
+    std::size_t count_;
+    bool list_;
+};
+
+// Operands as compiling knows them: each one's assumed error, and the value
+// of a constant; a rule that asks for any other value notes it, since its
+// answer then depends on the evaluation.
+class AssumedOperands {
+public:
+    AssumedOperands(const std::uint32_t* errors, const double* constants, const unsigned char* constant,
+                    std::size_t count, bool list)
+        : errors_(errors), constants_(constants), constant_(constant), count_(count), list_(list) {}
+
+    std::size_t count() const { return count_; }
+    bool isList() const { return list_; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) {
+        if (constant_[i] == 0) readsValue_ = true;
+        return constants_[i];
+    }
+    double condition(std::size_t i) { return number(i); }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const { return errors_[i]; }
+    bool readsValue() const { return readsValue_; }
+
+private:
+    const std::uint32_t* errors_;
+    const double* constants_;
+    const unsigned char* constant_;
+    std::size_t count_;
+    bool list_;
+    bool readsValue_ = false;
+};
+
+template <unsigned>
+using Assumed = AssumedOperands;
+
+template <unsigned leaves>
+using InSlots = const SlotOperands<leaves>;
+
+bool isConstant(const ASTNode& node) {
+    return typeid(node) == typeid(CNConstant) || typeid(node) == typeid(CNPi);
+}
+
+}  // namespace
+
+void CompiledFormula::compileNumbers() {
+    std::vector<Operation> operationOfStep(steps_.size(), Operation::Call);
+    std::vector<const double*> sourceOf(steps_.size(), nullptr);
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        const StackRules* stackRules = step.node->stackRules();
+        if (stackRules == nullptr || typeid(*step.node) != *stackRules->owner) return;
+        if (!hasEveryOperand(*step.node, step.operandCount)) return;
+        if (stackRules->source != nullptr) {
+            sourceOf[index] = stackRules->source(*step.node);
+        } else {
+            operationOfStep[index] = operationOf(*stackRules);
+        }
+    }
+    // A leaf read by a common two-operand operation is read where it lives;
+    // the others are copied into slots first.
+    std::vector<bool> readInPlace(steps_.size(), false);
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        if (!isFusable(operationOfStep[index]) || isList(*step.node) || step.operandCount != 2) continue;
+        for (std::uint32_t i = 0; i < 2; ++i) {
+            const std::uint32_t operandStep = operands_[step.firstOperand + i];
+            readInPlace[operandStep] = sourceOf[operandStep] != nullptr;
+        }
+    }
+    std::size_t leafCount = 0;
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        if (sourceOf[index] != nullptr && !readInPlace[index]) ++leafCount;
+    }
+    // Slots: the copied leaves, then the results still waiting for the
+    // instruction that reads them (a stack), then room to copy a call's operands.
+    std::vector<std::uint32_t> slotOf(steps_.size());
+    std::vector<std::uint32_t> leafErrorOf(steps_.size(), ErrNone);
+    std::size_t depth = 0;
+    std::size_t resultRoom = 0;
+    std::size_t gatherRoom = 0;
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        const StackRules* stackRules = step.node->stackRules();
+        if (sourceOf[index] != nullptr) {
+            const StackOperands none(nullptr, nullptr, 0, false);
+            leafErrorOf[index] = stackRules->error(*step.node, none);
+            if (readInPlace[index]) continue;
+            slotOf[index] = static_cast<std::uint32_t>(leafSources_.size());
+            leafSources_.push_back(sourceOf[index]);
+            leafErrors_.push_back(leafErrorOf[index]);
+            continue;
+        }
+        const Operation operation = operationOfStep[index];
+        Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), step.operandCount,
+                                {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}, {nullptr, nullptr}};
+        // Only a range has more than three operands.
+        const bool spread = instruction.list;
+        if (spread) instruction.operands[0] = static_cast<std::uint32_t>(listSlots_.size());
+        unsigned leaves = 0;
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+            const std::uint32_t operandStep = operands_[step.firstOperand + i];
+            if (readInPlace[operandStep]) {
+                leaves |= 1u << i;
+                instruction.leaves[i] = sourceOf[operandStep];
+                instruction.assumedErrors[i] = leafErrorOf[operandStep];
+                continue;
+            }
+            if (spread) {
+                listSlots_.push_back(slotOf[operandStep]);
+            } else {
+                instruction.operands[i] = slotOf[operandStep];
+            }
+            if (sourceOf[operandStep] == nullptr) --depth;
+        }
+        instruction.operation = static_cast<std::uint8_t>(withLeaves(operation, leaves));
+        instruction.result = static_cast<std::uint32_t>(leafCount + depth);
+        slotOf[index] = instruction.result;
+        ++depth;
+        resultRoom = std::max(resultRoom, depth);
+        if (operation == Operation::Call) gatherRoom = std::max<std::size_t>(gatherRoom, step.operandCount);
+        valueNeedsErrors_ = valueNeedsErrors_ || operation == Operation::IsError || operation == Operation::Call;
+        instructions_.push_back(instruction);
+        calls_.push_back({step.node, stackRules});
+    }
+    gatherSlot_ = static_cast<std::uint32_t>(leafCount + resultRoom);
+    slotCount_ = gatherSlot_ + gatherRoom;
+    // A program of one leaf reads it from its slot.
+    rootSlot_ = slotOf.back();
+    numbersOnly_ = true;
+    assumeErrors(sourceOf, leafErrorOf);
+}
+
+// Works out every step's error on the assumption that no step whose error
+// depends on a value meets one; a run then only checks those steps.
+void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
+                                   const std::vector<std::uint32_t>& leafErrorOf) {
+    std::vector<std::uint32_t> assumed(steps_.size(), ErrNone);
+    std::vector<double> value(steps_.size(), 0.0);
+    std::vector<bool> constant(steps_.size(), false);
+    std::vector<std::uint32_t> errors;
+    std::vector<double> constants;
+    std::vector<unsigned char> constantFlags;
+    std::size_t instruction = 0;
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const Step& step = steps_[index];
+        if (sourceOf[index] != nullptr) {
+            assumed[index] = leafErrorOf[index];
+            constant[index] = isConstant(*step.node);
+            value[index] = *sourceOf[index];
+            continue;
+        }
+        Instruction& compiled = instructions_[instruction++];
+        errors.clear();
+        constants.clear();
+        constantFlags.clear();
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+            const std::uint32_t operandStep = operands_[step.firstOperand + i];
+            errors.push_back(assumed[operandStep]);
+            constants.push_back(value[operandStep]);
+            constantFlags.push_back(constant[operandStep] ? 1 : 0);
+        }
+        AssumedOperands operands(errors.data(), constants.data(), constantFlags.data(), step.operandCount,
+                                 compiled.list);
+        bool known = false;
+        withRules<Assumed>(static_cast<Operation>(compiled.operation), [&](auto pair) {
+            using Pair = decltype(pair);
+            const std::uint32_t error = Pair::error(operands);
+            if (operands.readsValue()) return;
+            assumed[index] = error;
+            known = true;
+        });
+        if (known) continue;
+        // A step whose error a run can confirm is assumed to meet none; any
+        // other (a called rule) leaves every error to be worked out at each run.
+        const Operation confirming = checked(static_cast<Operation>(compiled.operation));
+        if (confirming == Operation::Call) {
+            errorsAssumed_ = false;
+            continue;
+        }
+        compiled.operation = static_cast<std::uint8_t>(confirming);
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) compiled.assumedErrors[i] = errors[i];
+    }
+    assumedRootError_ = assumed.back();
+}
+
+// Inlined into its callers, so that a short formula pays for one call only.
+template <CompiledFormula::Errors errorWork>
+[[gnu::always_inline]] inline CompiledFormula::NumberAnswer CompiledFormula::runNumbers(
+    double* numbers, std::uint32_t* errors) const {
+    constexpr bool computeErrors = errorWork == Errors::Compute;
+    const std::size_t leafCount = leafSources_.size();
+    const double* const* sources = leafSources_.data();
+    // Four at a time: loading the leaves is a good part of a short formula.
+    std::size_t leaf = 0;
+    for (; leaf + 4 <= leafCount; leaf += 4) {
+        numbers[leaf] = *sources[leaf];
+        numbers[leaf + 1] = *sources[leaf + 1];
+        numbers[leaf + 2] = *sources[leaf + 2];
+        numbers[leaf + 3] = *sources[leaf + 3];
+    }
+    for (; leaf < leafCount; ++leaf) numbers[leaf] = *sources[leaf];
+    if (computeErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
+    bool assumptionHolds = true;
+    const std::uint32_t* lists = listSlots_.data();
+    const Instruction* const first = instructions_.data();
+    const std::size_t instructionCount = instructions_.size();
+    for (std::size_t index = 0; index < instructionCount; ++index) {
+        const Instruction& instruction = first[index];
+        // Both answers are worked out before either is stored: the result may
+        // take the slot of an operand that the error rule reads.
+        double number = 0.0;
+        std::uint32_t error = ErrNone;
+        const bool ranInline = withRules<InSlots>(static_cast<Operation>(instruction.operation), [&](auto pair) {
+            using Pair = decltype(pair);
+            using Operands = typename Pair::Operands;
+            // An operation with leaves read in place is never a range's.
+            const bool list = Pair::list && !Operands::kReadsLeaves && instruction.list;
+            const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
+                                    instruction.count, list, instruction.leaves, instruction.assumedErrors);
+            number = Pair::number(operands);
+            if constexpr (computeErrors) error = Pair::error(operands);
+            if constexpr (errorWork == Errors::Check) {
+                if constexpr (Pair::kConfirms) {
+                    const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
+                                           instruction.assumedErrors);
+                    if (Pair::error(checked) != ErrNone) assumptionHolds = false;
+                }
+            }
+        });
+        if (!ranInline) {
+            // A call's operands are never leaves read in place.
+            const SlotOperands<0> operands(numbers, errors,
+                                           instruction.list ? lists + instruction.operands[0] : instruction.operands,
+                                           instruction.count, instruction.list, instruction.leaves,
+                                           instruction.assumedErrors);
+            for (std::uint32_t i = 0; i < instruction.count; ++i) {
+                numbers[gatherSlot_ + i] = operands.number(i);
+                if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
+            }
+            const Call& call = calls_[index];
+            const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count, instruction.list);
+            number = call.rules->number(*call.node, gathered);
+            if (computeErrors) error = call.rules->error(*call.node, gathered);
+        }
+        numbers[instruction.result] = number;
+        if (computeErrors) errors[instruction.result] = error;
+    }
+    if constexpr (errorWork == Errors::Check) {
+        // A step met an error after all: the rare case works out every error.
+        if (!assumptionHolds) return runNumbers<Errors::Compute>(numbers, errors);
+        return NumberAnswer{numbers[rootSlot_], assumedRootError_};
+    }
+    return NumberAnswer{numbers[rootSlot_], computeErrors ? errors[rootSlot_] : ErrNone};
+}
+
+// Flattened: every rule the switch names is inlined into the loop.
+template <CompiledFormula::Errors errorWork>
+[[gnu::flatten]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersInPlace() const {
+    // Most formulas fit slots in place, left unset: each is written before
+    // it is read. A long formula gets its own.
+    constexpr std::size_t kInlineSlots = 64;
+    if (slotCount_ > kInlineSlots) return runNumbersOnHeap<errorWork>();
+    double numbers[kInlineSlots];
+    std::uint32_t errors[kInlineSlots];
+    return runNumbers<errorWork>(numbers, errors);
+}
+
+template <CompiledFormula::Errors errorWork>
+[[gnu::flatten]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
+    std::vector<double> numbers(slotCount_);
+    std::vector<std::uint32_t> errors(slotCount_);
+    return runNumbers<errorWork>(numbers.data(), errors.data());
+}
+
+CompiledFormula::NumberAnswer CompiledFormula::runNumbers(Errors errors) const {
+    // ISERROR reads errors for its value, and a called rule may: then every
+    // error is worked out.
+    if (valueNeedsErrors_) return runNumbersInPlace<Errors::Compute>();
+    if (errors == Errors::Skip) return runNumbersInPlace<Errors::Skip>();
+    if (!errorsAssumed_) return runNumbersInPlace<Errors::Compute>();
+    return runNumbersInPlace<Errors::Check>();
+}
+
+}  // namespace cellformula
