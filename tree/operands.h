@@ -73,35 +73,6 @@ private:
     bool list_;
 };
 
-// Room for numbers and error codes side by side: `Inline` of them in place,
-// more on the heap, so that the common small case allocates nothing.
-template <std::size_t Inline>
-class AnswerSlots {
-public:
-    explicit AnswerSlots(std::size_t count) {
-        if (count <= Inline) return;
-        manyNumbers_.resize(count);
-        manyErrors_.resize(count);
-        numbers_ = manyNumbers_.data();
-        errors_ = manyErrors_.data();
-    }
-    AnswerSlots(const AnswerSlots&) = delete;
-    AnswerSlots& operator=(const AnswerSlots&) = delete;
-
-    double* numbers() { return numbers_; }
-    std::uint32_t* errors() { return errors_; }
-
-private:
-    // Left uninitialised: a program writes each slot before it reads it, and
-    // clearing them would cost more than a whole small evaluation.
-    double fewNumbers_[Inline];
-    std::uint32_t fewErrors_[Inline];
-    std::vector<double> manyNumbers_;
-    std::vector<std::uint32_t> manyErrors_;
-    double* numbers_ = fewNumbers_;
-    std::uint32_t* errors_ = fewErrors_;
-};
-
 // A node's number and error rules for a compiled program's stack, and the
 // class they belong to: a host's subclass of that class is not compiled so.
 struct StackRules {
