@@ -243,6 +243,34 @@ TEST(Evaluation, HostExceptionsLeaveEveryPath) {
     for (const auto& question : questions) EXPECT_THROW(question(), RefusingOperand::Refusal);
 }
 
+// When both operands of a sum or product are NaN, the left one's sign
+// survives, on every way of evaluating (0/0 is the negative NaN here).
+struct NanCase {
+    const char* formula;
+    bool negative;
+};
+const NanCase kNanCases[] = {
+    {"=(0/0)+(-(0/0))", true},
+    {"=(-(0/0))+(0/0)", false},
+    {"=(0/0)*(-(0/0))", true},
+    {"=(-(0/0))*(0/0)", false},
+};
+
+TEST(Evaluation, TheLeftNanSurvivesOnEveryPath) {
+    ExpressionParser::ParserDriver driver;
+    for (const NanCase& nan : kNanCases) {
+        SCOPED_TRACE(nan.formula);
+        std::unique_ptr<ASTNode> root(driver.poParseExpression(nan.formula));
+        ASSERT_TRUE(root);
+        const cellformula::CompiledFormula program(*root);
+        for (const double value : {root->f64Evaluate(), cellformula::oEvaluateAll(*root).f64Value,
+                                   program.f64Evaluate(), program.oEvaluateAll().f64Value}) {
+            EXPECT_TRUE(std::isnan(value));
+            EXPECT_EQ(std::signbit(value), nan.negative);
+        }
+    }
+}
+
 const char* const kResultFormulas[] = {
     "=1+2*3", "=\"a\"+1", "=IF(A1>0;\"yes\";\"no\")", "=IF(0;2)", "=LEFT(B1;2)", "=RIGHT(\"abc\";-1)",
     "=BIN2DEC(\"12\")", "=TEXT(12.5;\"0.00\")", "=SUM(A1:A3)", "=C1*2", "=1/0", "=ISERROR(1/0)",

@@ -20,6 +20,7 @@ using cellformula::rules::sum;
 using cellformula::rules::sumError;
 using cellformula::rules::sumType;
 
+#if !defined(__x86_64__)
 namespace cellformula::rules {
 
 double added(double left, double right) {
@@ -31,6 +32,7 @@ double multiplied(double left, double right) {
 }
 
 }  // namespace cellformula::rules
+#endif
 
 namespace {
 

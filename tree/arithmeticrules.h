@@ -12,12 +12,38 @@
 namespace cellformula::rules {
 
 // When both operands are NaN, the processor keeps the sign and payload of
-// one of them, and which one depends on how the compiler ordered a
-// commutative operation. One out-of-line copy of each, shared by every way
-// of evaluating, keeps every NaN's bits the same on every path. Hidden, so
-// that the library calls them directly rather than through its symbol table.
+// its first source operand, and a compiler may swap the operands of a
+// commutative operation, so which NaN survives would depend on how each way
+// of evaluating was compiled. On x86-64 the instruction is written out with
+// the left operand first, so every path keeps the left NaN without a call;
+// elsewhere one out-of-line copy of each, shared by every path, does the same
+// (hidden, so that the library calls it directly).
+#if defined(__x86_64__)
+inline double added(double left, double right) {
+#if defined(__AVX__)
+    double total;
+    asm("vaddsd %2, %1, %0" : "=x"(total) : "x"(left), "x"(right));
+    return total;
+#else
+    asm("addsd %1, %0" : "+x"(left) : "x"(right));
+    return left;
+#endif
+}
+
+inline double multiplied(double left, double right) {
+#if defined(__AVX__)
+    double product;
+    asm("vmulsd %2, %1, %0" : "=x"(product) : "x"(left), "x"(right));
+    return product;
+#else
+    asm("mulsd %1, %0" : "+x"(left) : "x"(right));
+    return left;
+#endif
+}
+#else
 [[gnu::noinline, gnu::visibility("hidden")]] double added(double left, double right);
 [[gnu::noinline, gnu::visibility("hidden")]] double multiplied(double left, double right);
+#endif
 
 template <typename Operands>
 double negated(Operands& operands) {
