@@ -82,9 +82,6 @@ struct StackRules {
     // For a leaf, where its number is read from at every evaluation (its own
     // field, or the host's storage); a program loads it from there directly.
     const double* (*source)(const ASTNode& node) = nullptr;
-    // The operands the rules number, for a walk over the tree itself: their
-    // count, and either `few` filled or `list` pointed at a range's elements.
-    std::size_t (*operands)(const ASTNode& node, const ASTNode* few[3], const ASTNode* const*& list) = nullptr;
     // Number and error of the node in one walk over the tree itself, each
     // operand answered the same way first.
     WalkedAnswer (*walk)(const ASTNode& node, Evaluation& evaluation) = nullptr;
@@ -187,7 +184,7 @@ WalkedAnswer walkOperandRules(const ASTNode& node, Evaluation& evaluation) {
 template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
 constexpr StackRules operandRules() {
     return StackRules{&typeid(Node), &numberOnStack<numberRule>, &errorOnStack<errorRule>, nullptr,
-                      &operandsOnStack<Node>, &walkOperandRules<Node, numberRule, errorRule>};
+                      &walkOperandRules<Node, numberRule, errorRule>};
 }
 
 // The walk of a leaf: its number read where it is kept, its error by its rule.
@@ -204,7 +201,7 @@ template <class Node, const double* (*source)(const ASTNode&),
           double (*numberRule)(const ASTNode&, const StackOperands&),
           std::uint32_t (*errorRule)(const ASTNode&, const StackOperands&)>
 constexpr StackRules leafRules() {
-    return StackRules{&typeid(Node), numberRule, errorRule, source, nullptr, &walkLeafRules<Node, source, errorRule>};
+    return StackRules{&typeid(Node), numberRule, errorRule, source, &walkLeafRules<Node, source, errorRule>};
 }
 
 inline TreeOperands operandsOf(const CNSingleChildNode& node, Evaluation& evaluation) {
