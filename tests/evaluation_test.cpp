@@ -244,29 +244,30 @@ TEST(Evaluation, HostExceptionsLeaveEveryPath) {
 }
 
 // When both operands of a sum or product are NaN, the left one's sign
-// survives, on every way of evaluating (0/0 is the negative NaN here).
-struct NanCase {
+// survives, and MIN and MAX of two zeros keep the first, on every way of
+// evaluating (0/0 is the negative NaN here).
+struct SignCase {
     const char* formula;
+    bool nan;
     bool negative;
 };
-const NanCase kNanCases[] = {
-    {"=(0/0)+(-(0/0))", true},
-    {"=(-(0/0))+(0/0)", false},
-    {"=(0/0)*(-(0/0))", true},
-    {"=(-(0/0))*(0/0)", false},
+const SignCase kSignCases[] = {
+    {"=(0/0)+(-(0/0))", true, true}, {"=(-(0/0))+(0/0)", true, false}, {"=(0/0)*(-(0/0))", true, true},
+    {"=(-(0/0))*(0/0)", true, false}, {"=MIN(0;-0)", false, false},      {"=MIN(-0;0)", false, true},
+    {"=MAX(0;-0)", false, false},      {"=MAX(-0;0)", false, true},
 };
 
-TEST(Evaluation, TheLeftNanSurvivesOnEveryPath) {
+TEST(Evaluation, SignsOfNansAndZerosAreTheSameOnEveryPath) {
     ExpressionParser::ParserDriver driver;
-    for (const NanCase& nan : kNanCases) {
-        SCOPED_TRACE(nan.formula);
-        std::unique_ptr<ASTNode> root(driver.poParseExpression(nan.formula));
+    for (const SignCase& sign : kSignCases) {
+        SCOPED_TRACE(sign.formula);
+        std::unique_ptr<ASTNode> root(driver.poParseExpression(sign.formula));
         ASSERT_TRUE(root);
         const cellformula::CompiledFormula program(*root);
         for (const double value : {root->f64Evaluate(), cellformula::oEvaluateAll(*root).f64Value,
                                    program.f64Evaluate(), program.oEvaluateAll().f64Value}) {
-            EXPECT_TRUE(std::isnan(value));
-            EXPECT_EQ(std::signbit(value), nan.negative);
+            EXPECT_EQ(std::isnan(value), sign.nan);
+            EXPECT_EQ(std::signbit(value), sign.negative);
         }
     }
 }

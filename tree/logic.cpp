@@ -42,9 +42,30 @@ constexpr StackRules kNotRules{cellformula::operandRules<CNNot,
 constexpr StackRules kIsErrorRules{cellformula::operandRules<CNIsError,
     &anyError<const StackOperands>,
     &unmaskedError<const StackOperands>>()};
-constexpr StackRules kIfRules{cellformula::operandRules<CNIf,
-    &choice<const StackOperands>,
-    &choiceError<const StackOperands>>()};
+// IF walks its condition and then only the branch the condition picks, as its
+// own rules ask them: the other branch may hold anything.
+cellformula::WalkedAnswer walkChoice(const ASTNode& node, Evaluation& evaluation) {
+    if (!cellformula::isExactly<CNIf>(node)) return cellformula::WalkedAnswer{};
+    const CNIf& choiceNode = static_cast<const CNIf&>(node);
+    const ASTNode* const operands[3] = {choiceNode.poCondition, choiceNode.poThen, choiceNode.poElse};
+    double numbers[3] = {};
+    std::uint32_t errors[3] = {};
+    const StackOperands answers(numbers, errors, 3, false);
+    const cellformula::WalkedAnswer condition = cellformula::walkOperand(operands[0], evaluation);
+    if (!condition.walked()) return cellformula::WalkedAnswer{};
+    numbers[0] = condition.number;
+    errors[0] = condition.code();
+    bool conditionTrue = false;
+    const std::size_t branch = cellformula::rules::chosenBranch(answers, conditionTrue);
+    const cellformula::WalkedAnswer chosen = cellformula::walkOperand(operands[branch], evaluation);
+    if (!chosen.walked()) return cellformula::WalkedAnswer{};
+    numbers[branch] = chosen.number;
+    errors[branch] = chosen.code();
+    return cellformula::walkedAnswer<&choice<const StackOperands>, &choiceError<const StackOperands>>(answers);
+}
+
+constexpr StackRules kIfRules{&typeid(CNIf), &cellformula::numberOnStack<&choice<const StackOperands>>,
+                              &cellformula::errorOnStack<&choiceError<const StackOperands>>, nullptr, &walkChoice};
 
 }  // namespace
 

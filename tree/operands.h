@@ -11,6 +11,7 @@
 #include <string>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "astnode.h"
@@ -131,17 +132,29 @@ WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation);
     return operand->walkWithin(evaluation);
 }
 
-// Answers every operand in order; false when one of them cannot be answered so.
-template <std::size_t Count>
-[[gnu::always_inline]] inline bool walkOperands(const ASTNode* const* operands, Evaluation& evaluation, double* numbers,
-                                                std::uint32_t* errors) {
-    for (std::size_t i = 0; i < Count; ++i) {
-        const WalkedAnswer answer = walkOperand(operands[i], evaluation);
-        if (!answer.walked()) return false;
-        numbers[i] = answer.number;
-        errors[i] = answer.code();
-    }
-    return true;
+// Answers one operand into its place; false when it cannot be answered so.
+[[gnu::always_inline]] inline bool walkInto(const ASTNode* operand, Evaluation& evaluation, double& number,
+                                            std::uint32_t& error) {
+    const WalkedAnswer answer = walkOperand(operand, evaluation);
+    number = answer.number;
+    error = answer.code();
+    return answer.walked();
+}
+
+// Answers every operand in order, written out one after another (a loop
+// over so few keeps its counter and its branch); false at the first that
+// cannot be answered so.
+template <std::size_t... Index>
+[[gnu::always_inline]] inline bool walkOperands(const ASTNode* const* operands, Evaluation& evaluation,
+                                                double* numbers, std::uint32_t* errors,
+                                                std::index_sequence<Index...>) {
+    return (walkInto(operands[Index], evaluation, numbers[Index], errors[Index]) && ...);
+}
+
+// A node's answer once its operands are answered.
+template <double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
+[[gnu::always_inline]] inline WalkedAnswer walkedAnswer(const StackOperands& answers) {
+    return WalkedAnswer{numberRule(answers), errorRule(answers)};
 }
 
 // A range's operands, kept apart from the few of the other nodes so that
@@ -157,7 +170,7 @@ template <double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)
         errors[i] = answer.code();
     }
     const StackOperands answers(numbers.data(), errors.data(), count, true);
-    return WalkedAnswer{numberRule(answers), errorRule(answers)};
+    return walkedAnswer<numberRule, errorRule>(answers);
 }
 
 // The walk of a class whose answers depend on its operands alone: a host's
@@ -165,7 +178,7 @@ template <double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)
 template <class Node, double (*numberRule)(const StackOperands&), std::uint32_t (*errorRule)(const StackOperands&)>
 WalkedAnswer walkOperandRules(const ASTNode& node, Evaluation& evaluation) {
     if (!isExactly<Node>(node)) return WalkedAnswer{};
-    const ASTNode* few[3];
+    const ASTNode* few[3] = {};
     const ASTNode* const* list = nullptr;
     const std::size_t count = operandsOnStack<Node>(node, few, list);
     if (list != nullptr) return walkListRules<numberRule, errorRule>(list, count, evaluation);
@@ -175,9 +188,9 @@ WalkedAnswer walkOperandRules(const ASTNode& node, Evaluation& evaluation) {
                                                                                : 3;
     double numbers[kFew];
     std::uint32_t errors[kFew];
-    if (!walkOperands<kFew>(few, evaluation, numbers, errors)) return WalkedAnswer{};
+    if (!walkOperands(few, evaluation, numbers, errors, std::make_index_sequence<kFew>{})) return WalkedAnswer{};
     const StackOperands answers(numbers, errors, kFew, false);
-    return WalkedAnswer{numberRule(answers), errorRule(answers)};
+    return walkedAnswer<numberRule, errorRule>(answers);
 }
 
 // The rules of a class whose answers depend on its operands alone.
