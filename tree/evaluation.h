@@ -72,6 +72,9 @@ private:
 // Everything one call remembers about nodes: values, types and texts.
 class CallMemo {
 public:
+    // Provided, so that making a memo does not zero its slots first.
+    CallMemo() {}
+
     NodeMemo<double>& numbers() { return numbers_; }
     NodeMemo<std::uint32_t>& types() { return types_; }
     const std::string* text(const ASTNode* node) const;
@@ -158,11 +161,13 @@ public:
     bool isEntry(const ASTNode* node) const { return node == entry_; }
 
     NodeMemo<double>& numbers() { return memo().numbers(); }
-    // A node's type, worked out once per call; a compiled program keeps
+    // A node's type, worked out once per call that classifies, where every
+    // error rule asks its operands' types again. Other calls ask each node's
+    // type once per question about its parent, and a compiled program keeps
     // answers itself, so there it is worked out each time it is asked.
     template <typename Work>
     std::uint32_t rememberedType(const ASTNode* node, Work&& work) {
-        if (memory_ == Memory::Deferred) return work();
+        if (memory_ != Memory::Everything) return work();
         NodeMemo<std::uint32_t>& types = memo().types();
         if (const std::uint32_t* known = types.find(node)) return *known;
         const std::uint32_t type = work();
