@@ -1,29 +1,17 @@
 #include "variable.h"
 
 #include "operands.h"
+#include "variablerules.h"
 
 using cellformula::Evaluation;
 using cellformula::StackOperands;
+using cellformula::rules::recordError;
+using cellformula::rules::recordIsNumber;
+using cellformula::rules::recordNumber;
+using cellformula::rules::recordSource;
+using cellformula::rules::recordType;
 
 namespace {
-
-// Where the host's current value is; a record without one reads as 0.
-const double* recordSource(const VariableRecord& record) {
-    static constexpr double kNoValue = 0.0;
-    return record.pf64Value != nullptr ? record.pf64Value : &kNoValue;
-}
-
-double recordNumber(const VariableRecord& record) {
-    return *recordSource(record);
-}
-
-// The host's own code first; otherwise a record without the value its type
-// promises has no value.
-std::uint32_t recordError(const VariableRecord& record) {
-    if (record.u32Error != ErrNone) return record.u32Error;
-    if (record.u32Type == ExprNumber) return record.pf64Value != nullptr ? ErrNone : ErrNoValue;
-    return record.poText != nullptr ? ErrNone : ErrNoValue;
-}
 
 const double* variableSource(const ASTNode& node) {
     return recordSource(static_cast<const CNVariable&>(node).oRecord);
@@ -60,7 +48,7 @@ void CNVariable::appendTextWithin(Evaluation& evaluation, std::string& text) con
 
 std::uint32_t CNVariable::typeWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return oRecord.u32Type;
+    return recordType(oRecord);
 }
 
 std::uint32_t CNVariable::errorWithin(Evaluation& evaluation) const {
@@ -68,13 +56,12 @@ std::uint32_t CNVariable::errorWithin(Evaluation& evaluation) const {
     return recordError(oRecord);
 }
 
-// Only a number cell can stand on a compiled program's stack.
 const cellformula::StackRules* CNVariable::stackRules() const {
-    return oRecord.u32Type == ExprNumber ? &kVariableRules : nullptr;
+    return recordIsNumber(oRecord) ? &kVariableRules : nullptr;
 }
 
 cellformula::WalkedAnswer CNVariable::walkWithin(cellformula::Evaluation& evaluation) const {
-    if (oRecord.u32Type != ExprNumber) return cellformula::WalkedAnswer{};
+    if (!recordIsNumber(oRecord)) return cellformula::WalkedAnswer{};
     return kVariableRules.walk(*this, evaluation);
 }
 

@@ -196,7 +196,28 @@ public:
     }
 };
 
+// A cell of the host's own class, whose record says 1 while it answers 7.
+class HostCell : public CNVariable {
+public:
+    HostCell() : CNVariable(VariableRecord{ExprNumber, &one_, nullptr, ErrNone}) {}
+    double f64Evaluate() const override { return 7.0; }
+    std::uint32_t errType() override { return ErrDomain; }
+
+private:
+    double one_ = 1.0;
+};
+
 TEST(Evaluation, HostSubclassesOfLibraryOperatorsAnswerForThemselves) {
+    std::unique_ptr<ASTNode> cell(new CNMultiply(new HostCell(), new CNConstant(2.0)));
+    EXPECT_EQ(cell->f64Evaluate(), 14.0);
+    EXPECT_EQ(cell->errType(), ErrDomain);
+    for (const cellformula::FormulaResult& result :
+         {cellformula::oEvaluateAll(*cell), cellformula::CompiledFormula(*cell).oEvaluateAll()}) {
+        EXPECT_EQ(result.u32Error, ErrDomain);
+        EXPECT_EQ(result.f64Value, 14.0);
+    }
+
+
     std::unique_ptr<ASTNode> constant(new CNNegate(new HostConstant()));
     EXPECT_EQ(constant->f64Evaluate(), -4.0);
     EXPECT_EQ(cellformula::oEvaluateAll(*constant).f64Value, -4.0);

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "astnode.h"
+#include "variablerules.h"
 
 namespace cellformula {
 
@@ -33,12 +34,30 @@ public:
     std::size_t count() const { return count_; }
     bool isList() const { return list_ != nullptr; }
     bool present(std::size_t i) const { return node(i) != nullptr; }
-    double number(std::size_t i) { return numberOf(*node(i), evaluation_); }
+    // A cell, the commonest operand, is read in place rather than through a
+    // virtual call (its answers need no stack and are as cheap to read again
+    // as to remember).
+    [[gnu::always_inline]] double number(std::size_t i) {
+        const ASTNode& operand = *node(i);
+        if (const VariableRecord* cell = rules::plainRecord(operand)) return rules::recordNumber(*cell);
+        if (evaluation_.asksPlainly()) return operand.numberWithin(evaluation_);
+        return numberOfElsewhere(operand, evaluation_);
+    }
     // A value every question about the node depends on, worked out once per call.
     double condition(std::size_t i) { return rememberedNumberOf(*node(i), evaluation_); }
     std::string text(std::size_t i) { return textOf(*node(i), evaluation_); }
-    std::uint32_t type(std::size_t i) { return typeOf(*node(i), evaluation_); }
-    std::uint32_t error(std::size_t i) { return errorOf(*node(i), evaluation_); }
+    [[gnu::always_inline]] std::uint32_t type(std::size_t i) {
+        const ASTNode& operand = *node(i);
+        if (const VariableRecord* cell = rules::plainRecord(operand)) return rules::recordType(*cell);
+        if (evaluation_.asksDirectly()) return operand.typeWithin(evaluation_);
+        return typeOfElsewhere(operand, evaluation_);
+    }
+    [[gnu::always_inline]] std::uint32_t error(std::size_t i) {
+        const ASTNode& operand = *node(i);
+        if (const VariableRecord* cell = rules::plainRecord(operand)) return rules::recordError(*cell);
+        if (evaluation_.asksDirectly()) return operand.errorWithin(evaluation_);
+        return errorOfElsewhere(operand, evaluation_);
+    }
 
 private:
     // Kept by value for the few, so that a rule's operands stay in registers.
@@ -126,8 +145,13 @@ std::uint32_t errorOnStack(const ASTNode&, const StackOperands& operands) {
 // nothing for it.
 WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation);
 
+// A cell is read in place, as a tree's rules read it.
 [[gnu::always_inline]] inline WalkedAnswer walkOperand(const ASTNode* operand, Evaluation& evaluation) {
     if (operand == nullptr) return WalkedAnswer{};
+    if (const VariableRecord* cell = rules::plainRecord(*operand)) {
+        if (!rules::recordIsNumber(*cell)) return WalkedAnswer{};
+        return WalkedAnswer{rules::recordNumber(*cell), rules::recordError(*cell)};
+    }
     if (evaluation.stackRunsLow()) return walkAnswersElsewhere(*operand, evaluation);
     return operand->walkWithin(evaluation);
 }
