@@ -72,7 +72,7 @@ std::uint32_t sumError(Operands& operands) {
 // Text if any operand is text, no type if any has none; a pair asks both
 // operands, a range stops at the first without a type.
 template <typename Operands>
-std::uint32_t sumType(Operands& operands) {
+[[gnu::always_inline]] inline std::uint32_t sumType(Operands& operands) {
     if (!operands.isList()) {
         const std::uint32_t left = operands.type(0);
         const std::uint32_t right = operands.type(1);
