@@ -6,7 +6,6 @@
 using cellformula::Evaluation;
 using cellformula::StackOperands;
 using cellformula::StackRules;
-using cellformula::operandsOf;
 
 using cellformula::rules::difference;
 using cellformula::rules::divisorError;
@@ -70,8 +69,7 @@ double CNNegate::f64Evaluate() const {
 
 double CNNegate::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return negated(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return negated(operands); });
 }
 
 const StackRules* CNNegate::stackRules() const {
@@ -94,8 +92,7 @@ double CNAdd::f64Evaluate() const {
 
 double CNAdd::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return sum(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return sum(operands); });
 }
 
 // A sum's text is its operands' texts one after another, each appended to
@@ -120,15 +117,13 @@ void CNAdd::appendTextWithin(Evaluation& evaluation, std::string& text) const {
 std::uint32_t CNAdd::typeWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
     return evaluation.rememberedType(this, [&] {
-        auto operands = operandsOf(*this, evaluation);
-        return sumType(operands);
+        return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return sumType(operands); });
     });
 }
 
 std::uint32_t CNAdd::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return sumError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return sumError(operands); });
 }
 
 const StackRules* CNAdd::stackRules() const {
@@ -149,8 +144,7 @@ double CNSubtract::f64Evaluate() const {
 
 double CNSubtract::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return difference(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return difference(operands); });
 }
 
 const StackRules* CNSubtract::stackRules() const {
@@ -169,8 +163,7 @@ double CNMultiply::f64Evaluate() const {
 
 double CNMultiply::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return product(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return product(operands); });
 }
 
 const StackRules* CNMultiply::stackRules() const {
@@ -191,14 +184,12 @@ double CNDivide::f64Evaluate() const {
 
 double CNDivide::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return quotient(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return quotient(operands); });
 }
 
 std::uint32_t CNDivide::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return divisorError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return divisorError(operands); });
 }
 
 const StackRules* CNDivide::stackRules() const {
@@ -217,14 +208,12 @@ double CNModulo::f64Evaluate() const {
 
 double CNModulo::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return remainder(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return remainder(operands); });
 }
 
 std::uint32_t CNModulo::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return divisorError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return divisorError(operands); });
 }
 
 const StackRules* CNModulo::stackRules() const {
@@ -245,14 +234,12 @@ double CNPower::f64Evaluate() const {
 
 double CNPower::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return power(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return power(operands); });
 }
 
 std::uint32_t CNPower::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return powerError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return powerError(operands); });
 }
 
 const StackRules* CNPower::stackRules() const {

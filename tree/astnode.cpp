@@ -386,8 +386,7 @@ std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).errType();
-    cellformula::TreeOperands operands = cellformula::operandsOf(*this, evaluation);
-    return cellformula::oneOperandError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return cellformula::oneOperandError(operands); });
 }
 
 void CNSingleChildNode::listOperands(std::vector<const ASTNode*>& operands) const {
@@ -448,8 +447,7 @@ std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
-    cellformula::TreeOperands operands = cellformula::operandsOf(*this, evaluation);
-    return cellformula::operandsError<cellformula::isNotNumber>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return cellformula::operandsError<cellformula::isNotNumber>(operands); });
 }
 
 void CNManyChildrenNode::listOperands(std::vector<const ASTNode*>& operands) const {

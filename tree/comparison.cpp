@@ -6,7 +6,6 @@
 using cellformula::Evaluation;
 using cellformula::StackOperands;
 using cellformula::StackRules;
-using cellformula::operandsOf;
 
 using cellformula::rules::Relation;
 using cellformula::rules::compare;
@@ -28,14 +27,12 @@ double CNGreater::f64Evaluate() const {
 
 double CNGreater::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return compare<Relation::Greater>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::Greater>(operands); });
 }
 
 std::uint32_t CNGreater::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return comparisonError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return comparisonError(operands); });
 }
 
 const StackRules* CNGreater::stackRules() const {
@@ -54,14 +51,12 @@ double CNLess::f64Evaluate() const {
 
 double CNLess::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return compare<Relation::Less>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::Less>(operands); });
 }
 
 std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return comparisonError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return comparisonError(operands); });
 }
 
 const StackRules* CNLess::stackRules() const {
@@ -80,14 +75,12 @@ double CNGreatEqual::f64Evaluate() const {
 
 double CNGreatEqual::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return compare<Relation::GreatEqual>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::GreatEqual>(operands); });
 }
 
 std::uint32_t CNGreatEqual::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return comparisonError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return comparisonError(operands); });
 }
 
 const StackRules* CNGreatEqual::stackRules() const {
@@ -106,14 +99,12 @@ double CNLessEqual::f64Evaluate() const {
 
 double CNLessEqual::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return compare<Relation::LessEqual>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::LessEqual>(operands); });
 }
 
 std::uint32_t CNLessEqual::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return comparisonError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return comparisonError(operands); });
 }
 
 const StackRules* CNLessEqual::stackRules() const {
@@ -132,14 +123,12 @@ double CNEqual::f64Evaluate() const {
 
 double CNEqual::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return compare<Relation::Equal>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::Equal>(operands); });
 }
 
 std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return comparisonError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return comparisonError(operands); });
 }
 
 const StackRules* CNEqual::stackRules() const {

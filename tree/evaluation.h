@@ -16,7 +16,9 @@ class ASTNode;
 namespace cellformula {
 
 struct StackRules;
-class TreeOperands;
+template <bool MayBeList>
+class BasicTreeOperands;
+using TreeOperands = BasicTreeOperands<true>;
 
 // A node's number and error from one walk, returned in two registers. The
 // error is wider than any error code so that one value beyond them all can

@@ -9,7 +9,6 @@
 using cellformula::Evaluation;
 using cellformula::StackOperands;
 using cellformula::StackRules;
-using cellformula::operandsOf;
 using cellformula::typeOf;
 
 using cellformula::rules::anyError;
@@ -79,8 +78,7 @@ double CNAnd::f64Evaluate() const {
 
 double CNAnd::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return connect<false>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return connect<false>(operands); });
 }
 
 const StackRules* CNAnd::stackRules() const {
@@ -101,8 +99,7 @@ double CNOr::f64Evaluate() const {
 
 double CNOr::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return connect<true>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return connect<true>(operands); });
 }
 
 const StackRules* CNOr::stackRules() const {
@@ -123,8 +120,7 @@ double CNMin::f64Evaluate() const {
 
 double CNMin::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return reduce<smaller>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return reduce<smaller>(operands); });
 }
 
 const StackRules* CNMin::stackRules() const {
@@ -145,8 +141,7 @@ double CNMax::f64Evaluate() const {
 
 double CNMax::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return reduce<larger>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return reduce<larger>(operands); });
 }
 
 const StackRules* CNMax::stackRules() const {
@@ -167,8 +162,7 @@ double CNNot::f64Evaluate() const {
 
 double CNNot::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return negation(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return negation(operands); });
 }
 
 const StackRules* CNNot::stackRules() const {
@@ -187,14 +181,12 @@ double CNIsError::f64Evaluate() const {
 
 double CNIsError::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return anyError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return anyError(operands); });
 }
 
 std::uint32_t CNIsError::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return unmaskedError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return unmaskedError(operands); });
 }
 
 const StackRules* CNIsError::stackRules() const {

@@ -6,7 +6,6 @@
 using cellformula::Evaluation;
 using cellformula::StackOperands;
 using cellformula::StackRules;
-using cellformula::operandsOf;
 
 using cellformula::rules::angle;
 using cellformula::rules::applied;
@@ -68,8 +67,7 @@ double CNSin::f64Evaluate() const {
 
 double CNSin::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<sine>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<sine>(operands); });
 }
 
 const StackRules* CNSin::stackRules() const {
@@ -88,8 +86,7 @@ double CNCos::f64Evaluate() const {
 
 double CNCos::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<cosine>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<cosine>(operands); });
 }
 
 const StackRules* CNCos::stackRules() const {
@@ -108,8 +105,7 @@ double CNTan::f64Evaluate() const {
 
 double CNTan::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<tangent>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<tangent>(operands); });
 }
 
 const StackRules* CNTan::stackRules() const {
@@ -128,14 +124,12 @@ double CNAsin::f64Evaluate() const {
 
 double CNAsin::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<arcSine>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<arcSine>(operands); });
 }
 
 std::uint32_t CNAsin::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return domainError<withinUnitRange>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<withinUnitRange>(operands); });
 }
 
 const StackRules* CNAsin::stackRules() const {
@@ -154,14 +148,12 @@ double CNAcos::f64Evaluate() const {
 
 double CNAcos::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<arcCosine>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<arcCosine>(operands); });
 }
 
 std::uint32_t CNAcos::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return domainError<withinUnitRange>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<withinUnitRange>(operands); });
 }
 
 const StackRules* CNAcos::stackRules() const {
@@ -180,8 +172,7 @@ double CNAtan::f64Evaluate() const {
 
 double CNAtan::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<arcTangent>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<arcTangent>(operands); });
 }
 
 const StackRules* CNAtan::stackRules() const {
@@ -200,14 +191,12 @@ double CNSqrt::f64Evaluate() const {
 
 double CNSqrt::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<squareRoot>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<squareRoot>(operands); });
 }
 
 std::uint32_t CNSqrt::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return domainError<notNegative>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<notNegative>(operands); });
 }
 
 const StackRules* CNSqrt::stackRules() const {
@@ -226,14 +215,12 @@ double CNLn::f64Evaluate() const {
 
 double CNLn::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return applied<naturalLogarithm>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<naturalLogarithm>(operands); });
 }
 
 std::uint32_t CNLn::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return domainError<positive>(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<positive>(operands); });
 }
 
 const StackRules* CNLn::stackRules() const {
@@ -255,8 +242,7 @@ double CNAtan2::f64Evaluate() const {
 
 double CNAtan2::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return angle(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return angle(operands); });
 }
 
 const StackRules* CNAtan2::stackRules() const {
@@ -277,14 +263,12 @@ double CNLog::f64Evaluate() const {
 
 double CNLog::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return logarithm(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return logarithm(operands); });
 }
 
 std::uint32_t CNLog::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    auto operands = operandsOf(*this, evaluation);
-    return logarithmError(operands);
+    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return logarithmError(operands); });
 }
 
 const StackRules* CNLog::stackRules() const {

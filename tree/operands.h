@@ -19,20 +19,26 @@
 
 namespace cellformula {
 
-class TreeOperands {
+// A node's operands asked within a tree. A pair of two known operands is a
+// type of its own (MayBeList false), so that a rule compiled for it tests
+// nothing about the form when it asks an operand.
+template <bool MayBeList>
+class BasicTreeOperands {
 public:
     // A node's operands in the order its rules number them: the one operand,
     // the pair, the list, or condition, then- and else-branch.
-    TreeOperands(Evaluation& evaluation, std::initializer_list<const ASTNode*> few)
+    BasicTreeOperands(Evaluation& evaluation, std::initializer_list<const ASTNode*> few)
         : evaluation_(evaluation), few_{}, count_(few.size()) {
         std::size_t i = 0;
         for (const ASTNode* node : few) few_[i++] = node;
     }
-    TreeOperands(Evaluation& evaluation, const std::vector<ASTNode*>& list)
-        : evaluation_(evaluation), few_{}, list_(list.data()), count_(list.size()) {}
+    BasicTreeOperands(Evaluation& evaluation, const std::vector<ASTNode*>& list)
+        : evaluation_(evaluation), few_{}, list_(list.data()), count_(list.size()) {
+        static_assert(MayBeList, "a list needs operands that may be a list");
+    }
 
     std::size_t count() const { return count_; }
-    bool isList() const { return list_ != nullptr; }
+    bool isList() const { return MayBeList && list_ != nullptr; }
     bool present(std::size_t i) const { return node(i) != nullptr; }
     // A cell, the commonest operand, is read in place rather than through a
     // virtual call (its answers need no stack and are as cheap to read again
@@ -61,13 +67,16 @@ public:
 
 private:
     // Kept by value for the few, so that a rule's operands stay in registers.
-    const ASTNode* node(std::size_t i) const { return list_ != nullptr ? list_[i] : few_[i]; }
+    const ASTNode* node(std::size_t i) const { return isList() ? list_[i] : few_[i]; }
 
     Evaluation& evaluation_;
     const ASTNode* few_[3];
     const ASTNode* const* list_ = nullptr;
     std::size_t count_;
 };
+
+// The operands of a node of two known operands.
+using TreePair = BasicTreeOperands<false>;
 
 // Operands whose numbers (and, where asked, errors) a compiled program has
 // computed; all of them are numbers, which is what lets the program compile
@@ -241,13 +250,30 @@ constexpr StackRules leafRules() {
     return StackRules{&typeid(Node), numberRule, errorRule, source, &walkLeafRules<Node, source, errorRule>};
 }
 
-inline TreeOperands operandsOf(const CNSingleChildNode& node, Evaluation& evaluation) {
-    return TreeOperands(evaluation, {node.poChild});
+// Runs a rule with everything it calls written into it, so that the pair's
+// copy of a rule knows its form wherever it asks.
+template <typename Operands, typename Rule>
+[[gnu::flatten]] auto applyRule(Operands& operands, Rule& rule) {
+    return rule(operands);
 }
 
-inline TreeOperands operandsOf(const CNManyChildrenNode& node, Evaluation& evaluation) {
-    if (node.oChildren.empty()) return TreeOperands(evaluation, {node.poLeft, node.poRight});
-    return TreeOperands(evaluation, node.oChildren);
+template <typename Rule>
+[[gnu::always_inline]] inline auto applyToOperands(const CNSingleChildNode& node, Evaluation& evaluation, Rule rule) {
+    TreePair one(evaluation, {node.poChild});
+    return applyRule(one, rule);
+}
+
+// Applies `rule` to the node's operands; the pair and the list each get a
+// copy of the rule of their own, so that asking an operand of a pair tests
+// nothing about the form.
+template <typename Rule>
+[[gnu::always_inline]] inline auto applyToOperands(const CNManyChildrenNode& node, Evaluation& evaluation, Rule rule) {
+    if (__builtin_expect(node.oChildren.empty(), 1)) {
+        TreePair pair(evaluation, {node.poLeft, node.poRight});
+        return applyRule(pair, rule);
+    }
+    TreeOperands list(evaluation, node.oChildren);
+    return rule(list);
 }
 
 // Operand not a number: wrong type; otherwise the operand's own error.
