@@ -263,6 +263,14 @@ template <typename Rule>
     return applyRule(one, rule);
 }
 
+// A range's operands, kept out of line so that the frame of every pair's
+// question, one per level of a deep tree, has no room for a list.
+template <typename Rule>
+[[gnu::noinline]] auto applyToList(const std::vector<ASTNode*>& list, Evaluation& evaluation, Rule& rule) {
+    TreeOperands operands(evaluation, list);
+    return applyRule(operands, rule);
+}
+
 // Applies `rule` to the node's operands; the pair and the list each get a
 // copy of the rule of their own, so that asking an operand of a pair tests
 // nothing about the form.
@@ -272,8 +280,7 @@ template <typename Rule>
         TreePair pair(evaluation, {node.poLeft, node.poRight});
         return applyRule(pair, rule);
     }
-    TreeOperands list(evaluation, node.oChildren);
-    return rule(list);
+    return applyToList(node.oChildren, evaluation, rule);
 }
 
 // Operand not a number: wrong type; otherwise the operand's own error.
