@@ -22,6 +22,13 @@ namespace cellformula {
 // A node's operands asked within a tree. A pair of two known operands is a
 // type of its own (MayBeList false), so that a rule compiled for it tests
 // nothing about the form when it asks an operand.
+// The value of an operand that is the library's own number literal, which
+// its parent reads in place; null for any other node.
+inline const double* plainConstant(const ASTNode& node) {
+    if (!isExactly<CNConstant>(node)) return nullptr;
+    return &static_cast<const CNConstant&>(node).f64Value;
+}
+
 template <bool MayBeList>
 class BasicTreeOperands {
 public:
@@ -40,12 +47,13 @@ public:
     std::size_t count() const { return count_; }
     bool isList() const { return MayBeList && list_ != nullptr; }
     bool present(std::size_t i) const { return node(i) != nullptr; }
-    // A cell, the commonest operand, is read in place rather than through a
-    // virtual call (its answers need no stack and are as cheap to read again
-    // as to remember).
+    // A cell, the commonest operand, and a number literal are read in place
+    // rather than through a virtual call (their answers need no stack and
+    // are as cheap to read again as to remember).
     [[gnu::always_inline]] double number(std::size_t i) {
         const ASTNode& operand = *node(i);
         if (const VariableRecord* cell = rules::plainRecord(operand)) return rules::recordNumber(*cell);
+        if (const double* value = plainConstant(operand)) return *value;
         if (evaluation_.asksPlainly()) return operand.numberWithin(evaluation_);
         return numberOfElsewhere(operand, evaluation_);
     }
@@ -154,13 +162,15 @@ std::uint32_t errorOnStack(const ASTNode&, const StackOperands& operands) {
 // nothing for it.
 WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation);
 
-// A cell is read in place, as a tree's rules read it.
+// A cell or a number literal is read in place, as a tree's rules read it.
 [[gnu::always_inline]] inline WalkedAnswer walkOperand(const ASTNode* operand, Evaluation& evaluation) {
     if (operand == nullptr) return WalkedAnswer{};
     if (const VariableRecord* cell = rules::plainRecord(*operand)) {
         if (!rules::recordIsNumber(*cell)) return WalkedAnswer{};
         return WalkedAnswer{rules::recordNumber(*cell), rules::recordError(*cell)};
     }
+    // A number literal never has an error.
+    if (const double* value = plainConstant(*operand)) return WalkedAnswer{*value, ErrNone};
     if (evaluation.stackRunsLow()) return walkAnswersElsewhere(*operand, evaluation);
     return operand->walkWithin(evaluation);
 }
