@@ -7,8 +7,11 @@
 The exponent is the least-squares slope of log(time) against log(n) over the
 points of one series: 1 is linear, 2 quadratic. A second exponent fits only
 the points up to 30,000 levels, whose trees and stacks still mostly fit the
-processor caches; the Delete series, an iterative walk, shows how much the
-caches alone bend a series on the same machine. Times are CPU times (the
+processor caches; the Visit series (every node once through a work list, no
+recursion) and the Delete series show how much the tree's memory alone bends
+a series on the same machine, and the column "over Visit" fits the time of
+each series divided by the Visit time of the same tree (1 means the series
+grows exactly as reading its tree's memory does). Times are CPU times (the
 thread's own CPU time of the delete for the Delete series), which the other
 load of a shared machine disturbs less than wall time. With several runs each
 figure is the range over the runs. A series whose exponent exceeds the limit
@@ -89,9 +92,10 @@ def main():
     for points in per_run:
         keys += [key for key in points if key not in keys]
     print(f"{len(reports)} run(s); exponent = slope of log(time) on log(n); ns per level at the first and last n")
-    print(f"{'shape':24} {'operation':15} {'n':>14} {'exponent':>11} {'to 30000':>11} "
+    print(f"{'shape':24} {'operation':15} {'n':>14} {'exponent':>11} {'to 30000':>11} {'over Visit':>11} "
           f"{'ns/level first':>16} {'ns/level last':>16}")
     over = []
+    over_visit = 0
     for shape, operation in keys:
         runs = [points[(shape, operation)] for points in per_run if len(points.get((shape, operation), {})) >= 2]
         if not runs:
@@ -101,12 +105,20 @@ def main():
         first, last = min(runs[0]), max(runs[0])
         first_ns = [points[first] / first for points in runs if first in points]
         last_ns = [points[last] / last for points in runs if last in points]
+        relative = []
+        for points in per_run:
+            series, visit = points.get((shape, operation), {}), points.get((shape, "Visit"), {})
+            common = {n: series[n] / visit[n] for n in series if n in visit and visit[n] > 0}
+            if len(common) >= 2 and operation != "Visit":
+                relative.append(1.0 + exponent(common))
+        over_visit += 1 if relative and max(relative) > LIMIT else 0
         flag = "  OVER" if max(exponents) > LIMIT else ""
         print(f"{shape:24} {operation:15} {f'{first}-{last}':>14} {span(exponents, '{:.2f}'):>11} "
-              f"{span(cached, '{:.2f}'):>11} "
+              f"{span(cached, '{:.2f}'):>11} {span(relative, '{:.2f}') if relative else '-':>11} "
               f"{span(first_ns, '{:.1f}'):>16} {span(last_ns, '{:.1f}'):>16}{flag}")
         if flag:
             over.append((shape, operation, exponents, runs))
+    print(f"\n{len(over)} series above {LIMIT}; {over_visit} above {LIMIT} over the Visit of their tree")
     if over:
         print(f"\nexponent above {LIMIT}:")
         for shape, operation, exponents, runs in over:

@@ -6,13 +6,14 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "benchutil.h"
 #include "formulas.h"
 
 namespace {
 
-enum class Operation { Type, Error, Value, Text, OneCall, Delete };
+enum class Operation { Type, Error, Value, Text, OneCall, Visit, Delete };
 
 struct OperationName {
     Operation operation;
@@ -21,12 +22,27 @@ struct OperationName {
 
 const OperationName kOperations[] = {
     {Operation::Type, "ExprType"},     {Operation::Error, "ErrType"},      {Operation::Value, "F64Evaluate"},
-    {Operation::Text, "StringEvaluate"}, {Operation::OneCall, "EvaluateAll"}, {Operation::Delete, "Delete"},
+    {Operation::Text, "StringEvaluate"}, {Operation::OneCall, "EvaluateAll"}, {Operation::Visit, "Visit"},
+    {Operation::Delete, "Delete"},
 };
 
 // Long enough for a hundred runs of the largest trees, short enough that
 // all the series finish in a few minutes.
 constexpr double kSeriesSeconds = 0.1;
+
+// Every node once, through a work list and no recursion: what reading the
+// tree's memory costs by itself, the floor under every walk of that tree.
+std::size_t visitNodes(const ASTNode& root) {
+    std::vector<const ASTNode*> pending{&root};
+    std::size_t visited = 0;
+    while (!pending.empty()) {
+        const ASTNode* node = pending.back();
+        pending.pop_back();
+        ++visited;
+        node->listOperands(pending);
+    }
+    return visited;
+}
 
 void runOperation(benchmark::State& state, ASTNode& tree, Operation operation) {
     for (auto _ : state) {
@@ -44,6 +60,7 @@ void runOperation(benchmark::State& state, ASTNode& tree, Operation operation) {
                 benchmark::DoNotOptimize(result);
                 break;
             }
+            case Operation::Visit: benchmark::DoNotOptimize(visitNodes(tree)); break;
             case Operation::Delete: break;
         }
     }
@@ -90,8 +107,10 @@ void registerShapes() {
     for (const GrowingShape& shape : growingShapes()) {
         for (const OperationName& operation : kOperations) {
             // Timing the delete of a one-node tree would parse the whole
-            // formula for every few nanoseconds measured.
-            if (operation.operation == Operation::Delete && !shape.nodePerLevel) continue;
+            // formula for every few nanoseconds measured; visiting it
+            // measures nothing.
+            const bool perNode = operation.operation == Operation::Delete || operation.operation == Operation::Visit;
+            if (perNode && !shape.nodePerLevel) continue;
             const std::string name = std::string("Shape/") + shape.name + "/" + operation.name;
             auto* bench = benchmark::RegisterBenchmark(name.c_str(), growShape, &shape, operation.operation)
                               ->MinTime(kSeriesSeconds)
