@@ -91,6 +91,7 @@ private:
     std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side
     std::uint32_t rootSlot_ = 0;
     bool valueNeedsErrors_ = false;        // ISERROR, or a called rule, may read an operand's error
+    bool valueSkipsErrors_ = false;        // a number program whose value needs no error
     bool errorsAssumed_ = true;            // false when a step's error can be neither assumed nor confirmed
     std::uint32_t assumedRootError_ = ErrNone;  // the root's error when every check holds
 };

@@ -217,6 +217,7 @@ void CompiledFormula::compileNumbers() {
     // A program of one leaf reads it from its slot.
     rootSlot_ = slotOf.back();
     numbersOnly_ = true;
+    valueSkipsErrors_ = !valueNeedsErrors_;
     assumeErrors(sourceOf, leafErrorOf);
 }
 
@@ -370,5 +371,8 @@ CompiledFormula::NumberAnswer CompiledFormula::runNumbers(Errors errors) const {
     if (!errorsAssumed_) return runNumbersInPlace<Errors::Compute>();
     return runNumbersInPlace<Errors::Check>();
 }
+
+// The value's own entry, called straight from f64Evaluate.
+template CompiledFormula::NumberAnswer CompiledFormula::runNumbersInPlace<CompiledFormula::Errors::Skip>() const;
 
 }  // namespace cellformula
