@@ -18,30 +18,33 @@ namespace cellformula::numbers {
 // templates its class uses, and is chosen only for a node whose stack rules
 // are those templates, so a class whose rules change is simply called.
 enum class Operation : std::uint8_t {
-    Negate, Add, Subtract, Multiply, Divide, Modulo, Power,
-    Greater, Less, GreatEqual, LessEqual, Equal,
-    And, Or, Min, Max, Not, IsError, If,
-    Sin, Cos, Tan, Asin, Acos, Atan, Sqrt, Ln, Atan2, Log,
+    Negate, Add, Subtract, Multiply, Divide, Modulo, Power, Greater, Less, GreatEqual, LessEqual, Equal, And, Or, Min, Max, Not, IsError, If, Sin, Cos, Tan, Asin, Acos, Atan, Sqrt, Ln, Atan2, Log,
     Call,
-    // The common two-operand operations again, with the left, the right or
-    // both operands leaves read where they live rather than from a slot.
-    AddLeft, AddRight, AddBoth, SubtractLeft, SubtractRight, SubtractBoth,
-    MultiplyLeft, MultiplyRight, MultiplyBoth, DivideLeft, DivideRight, DivideBoth,
-    PowerLeft, PowerRight, PowerBoth, GreaterLeft, GreaterRight, GreaterBoth,
-    LessLeft, LessRight, LessBoth,
+    // The two-operand and one-operand operations again, with the left, the
+    // right or both operands (the only one: Leaf) leaves read where they live
+    // rather than from a slot.
+    AddLeft, AddRight, AddBoth, SubtractLeft, SubtractRight, SubtractBoth, MultiplyLeft, MultiplyRight, MultiplyBoth,
+    DivideLeft, DivideRight, DivideBoth, PowerLeft, PowerRight, PowerBoth, GreaterLeft, GreaterRight, GreaterBoth,
+    LessLeft, LessRight, LessBoth, ModuloLeft, ModuloRight, ModuloBoth, GreatEqualLeft, GreatEqualRight,
+    GreatEqualBoth, LessEqualLeft, LessEqualRight, LessEqualBoth, EqualLeft, EqualRight, EqualBoth, Atan2Left,
+    Atan2Right, Atan2Both, LogLeft, LogRight, LogBoth, NegateLeaf, NotLeaf, SinLeaf, CosLeaf, TanLeaf, AsinLeaf,
+    AcosLeaf, AtanLeaf, SqrtLeaf, LnLeaf, IsErrorLeaf,
     // Those whose error may depend on a value, again, for a step whose error
     // a run must confirm (see assumeErrors).
     DivideChecked, ModuloChecked, PowerChecked, AsinChecked, AcosChecked, SqrtChecked, LnChecked, LogChecked,
     IfChecked, DivideLeftChecked, DivideRightChecked, DivideBothChecked, PowerLeftChecked, PowerRightChecked,
-    PowerBothChecked
+    PowerBothChecked, ModuloLeftChecked, ModuloRightChecked, ModuloBothChecked, LogLeftChecked, LogRightChecked,
+    LogBothChecked, AsinLeafChecked, AcosLeafChecked, SqrtLeafChecked, LnLeafChecked
 };
 
 // Each code with a confirmed variant, in the order of the variants.
-constexpr Operation kCheckable[] = {Operation::Divide, Operation::Modulo, Operation::Power, Operation::Asin,
-                                    Operation::Acos, Operation::Sqrt, Operation::Ln, Operation::Log,
-                                    Operation::If, Operation::DivideLeft, Operation::DivideRight,
-                                    Operation::DivideBoth, Operation::PowerLeft, Operation::PowerRight,
-                                    Operation::PowerBoth};
+constexpr Operation kCheckable[] = {
+    Operation::Divide, Operation::Modulo, Operation::Power, Operation::Asin, Operation::Acos, Operation::Sqrt,
+    Operation::Ln, Operation::Log, Operation::If, Operation::DivideLeft, Operation::DivideRight,
+    Operation::DivideBoth, Operation::PowerLeft, Operation::PowerRight, Operation::PowerBoth, Operation::ModuloLeft,
+    Operation::ModuloRight, Operation::ModuloBoth, Operation::LogLeft, Operation::LogRight, Operation::LogBoth,
+    Operation::AsinLeaf, Operation::AcosLeaf, Operation::SqrtLeaf, Operation::LnLeaf
+};
 
 // The confirmed variant of a code, or Call when it has none.
 inline Operation checked(Operation operation) {
@@ -53,17 +56,31 @@ inline Operation checked(Operation operation) {
     return Operation::Call;
 }
 
-// The operations with leaves read in place, in the order of their codes.
-constexpr Operation kFusable[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide,
-                                  Operation::Power, Operation::Greater, Operation::Less};
+// The operations with leaves read in place, in the order of their codes:
+// those of two operands (three codes each), then those of one (one code each).
+constexpr Operation kTwoOperandFusable[] = {
+    Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide, Operation::Power,
+    Operation::Greater, Operation::Less, Operation::Modulo, Operation::GreatEqual, Operation::LessEqual,
+    Operation::Equal, Operation::Atan2, Operation::Log
+};
+constexpr Operation kOneOperandFusable[] = {
+    Operation::Negate, Operation::Not, Operation::Sin, Operation::Cos, Operation::Tan, Operation::Asin,
+    Operation::Acos, Operation::Atan, Operation::Sqrt, Operation::Ln, Operation::IsError
+};
 
 // The code of a fusable operation whose operands `leaves` (bit 0 the left,
 // bit 1 the right) are leaves read in place; the operation itself otherwise.
 inline Operation withLeaves(Operation operation, unsigned leaves) {
     if (leaves == 0) return operation;
-    for (std::size_t i = 0; i < sizeof kFusable / sizeof kFusable[0]; ++i) {
-        if (kFusable[i] != operation) continue;
-        return static_cast<Operation>(static_cast<unsigned>(Operation::AddLeft) + 3 * i + leaves - 1);
+    constexpr std::size_t kTwoOperandCount = sizeof kTwoOperandFusable / sizeof kTwoOperandFusable[0];
+    const auto first = static_cast<unsigned>(Operation::AddLeft);
+    for (std::size_t i = 0; i < kTwoOperandCount; ++i) {
+        if (kTwoOperandFusable[i] == operation) return static_cast<Operation>(first + 3 * i + leaves - 1);
+    }
+    for (std::size_t i = 0; i < sizeof kOneOperandFusable / sizeof kOneOperandFusable[0]; ++i) {
+        if (kOneOperandFusable[i] == operation && leaves == 1) {
+            return static_cast<Operation>(first + 3 * kTwoOperandCount + i);
+        }
     }
     return operation;
 }
@@ -209,6 +226,35 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::LessLeft: return visit(Choice<Operation::Less, OperandsOf<1>>{}), true;
         case Operation::LessRight: return visit(Choice<Operation::Less, OperandsOf<2>>{}), true;
         case Operation::LessBoth: return visit(Choice<Operation::Less, OperandsOf<3>>{}), true;
+        case Operation::ModuloLeft: return visit(Choice<Operation::Modulo, OperandsOf<1>>{}), true;
+        case Operation::ModuloRight: return visit(Choice<Operation::Modulo, OperandsOf<2>>{}), true;
+        case Operation::ModuloBoth: return visit(Choice<Operation::Modulo, OperandsOf<3>>{}), true;
+        case Operation::GreatEqualLeft: return visit(Choice<Operation::GreatEqual, OperandsOf<1>>{}), true;
+        case Operation::GreatEqualRight: return visit(Choice<Operation::GreatEqual, OperandsOf<2>>{}), true;
+        case Operation::GreatEqualBoth: return visit(Choice<Operation::GreatEqual, OperandsOf<3>>{}), true;
+        case Operation::LessEqualLeft: return visit(Choice<Operation::LessEqual, OperandsOf<1>>{}), true;
+        case Operation::LessEqualRight: return visit(Choice<Operation::LessEqual, OperandsOf<2>>{}), true;
+        case Operation::LessEqualBoth: return visit(Choice<Operation::LessEqual, OperandsOf<3>>{}), true;
+        case Operation::EqualLeft: return visit(Choice<Operation::Equal, OperandsOf<1>>{}), true;
+        case Operation::EqualRight: return visit(Choice<Operation::Equal, OperandsOf<2>>{}), true;
+        case Operation::EqualBoth: return visit(Choice<Operation::Equal, OperandsOf<3>>{}), true;
+        case Operation::Atan2Left: return visit(Choice<Operation::Atan2, OperandsOf<1>>{}), true;
+        case Operation::Atan2Right: return visit(Choice<Operation::Atan2, OperandsOf<2>>{}), true;
+        case Operation::Atan2Both: return visit(Choice<Operation::Atan2, OperandsOf<3>>{}), true;
+        case Operation::LogLeft: return visit(Choice<Operation::Log, OperandsOf<1>>{}), true;
+        case Operation::LogRight: return visit(Choice<Operation::Log, OperandsOf<2>>{}), true;
+        case Operation::LogBoth: return visit(Choice<Operation::Log, OperandsOf<3>>{}), true;
+        case Operation::NegateLeaf: return visit(Choice<Operation::Negate, OperandsOf<1>>{}), true;
+        case Operation::NotLeaf: return visit(Choice<Operation::Not, OperandsOf<1>>{}), true;
+        case Operation::SinLeaf: return visit(Choice<Operation::Sin, OperandsOf<1>>{}), true;
+        case Operation::CosLeaf: return visit(Choice<Operation::Cos, OperandsOf<1>>{}), true;
+        case Operation::TanLeaf: return visit(Choice<Operation::Tan, OperandsOf<1>>{}), true;
+        case Operation::AsinLeaf: return visit(Choice<Operation::Asin, OperandsOf<1>>{}), true;
+        case Operation::AcosLeaf: return visit(Choice<Operation::Acos, OperandsOf<1>>{}), true;
+        case Operation::AtanLeaf: return visit(Choice<Operation::Atan, OperandsOf<1>>{}), true;
+        case Operation::SqrtLeaf: return visit(Choice<Operation::Sqrt, OperandsOf<1>>{}), true;
+        case Operation::LnLeaf: return visit(Choice<Operation::Ln, OperandsOf<1>>{}), true;
+        case Operation::IsErrorLeaf: return visit(Choice<Operation::IsError, OperandsOf<1>>{}), true;
         case Operation::DivideChecked: return visit(Choice<Operation::Divide, OperandsOf<0>, true>{}), true;
         case Operation::ModuloChecked: return visit(Choice<Operation::Modulo, OperandsOf<0>, true>{}), true;
         case Operation::PowerChecked: return visit(Choice<Operation::Power, OperandsOf<0>, true>{}), true;
@@ -224,6 +270,16 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::PowerLeftChecked: return visit(Choice<Operation::Power, OperandsOf<1>, true>{}), true;
         case Operation::PowerRightChecked: return visit(Choice<Operation::Power, OperandsOf<2>, true>{}), true;
         case Operation::PowerBothChecked: return visit(Choice<Operation::Power, OperandsOf<3>, true>{}), true;
+        case Operation::ModuloLeftChecked: return visit(Choice<Operation::Modulo, OperandsOf<1>, true>{}), true;
+        case Operation::ModuloRightChecked: return visit(Choice<Operation::Modulo, OperandsOf<2>, true>{}), true;
+        case Operation::ModuloBothChecked: return visit(Choice<Operation::Modulo, OperandsOf<3>, true>{}), true;
+        case Operation::LogLeftChecked: return visit(Choice<Operation::Log, OperandsOf<1>, true>{}), true;
+        case Operation::LogRightChecked: return visit(Choice<Operation::Log, OperandsOf<2>, true>{}), true;
+        case Operation::LogBothChecked: return visit(Choice<Operation::Log, OperandsOf<3>, true>{}), true;
+        case Operation::AsinLeafChecked: return visit(Choice<Operation::Asin, OperandsOf<1>, true>{}), true;
+        case Operation::AcosLeafChecked: return visit(Choice<Operation::Acos, OperandsOf<1>, true>{}), true;
+        case Operation::SqrtLeafChecked: return visit(Choice<Operation::Sqrt, OperandsOf<1>, true>{}), true;
+        case Operation::LnLeafChecked: return visit(Choice<Operation::Ln, OperandsOf<1>, true>{}), true;
     }
     return false;
 }

@@ -146,13 +146,13 @@ void CompiledFormula::compileNumbers() {
             operationOfStep[index] = operationOf(*stackRules);
         }
     }
-    // A leaf read by a common two-operand operation is read where it lives;
-    // the others are copied into slots first.
+    // A leaf read by an operation of one or two operands is read where it
+    // lives; the others (a range's, an IF's, a call's) are copied into slots first.
     std::vector<bool> readInPlace(steps_.size(), false);
     for (std::size_t index = 0; index < steps_.size(); ++index) {
         const Step& step = steps_[index];
-        if (!isFusable(operationOfStep[index]) || isList(*step.node) || step.operandCount != 2) continue;
-        for (std::uint32_t i = 0; i < 2; ++i) {
+        if (!isFusable(operationOfStep[index]) || isList(*step.node) || step.operandCount > 2) continue;
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
             const std::uint32_t operandStep = operands_[step.firstOperand + i];
             readInPlace[operandStep] = sourceOf[operandStep] != nullptr;
         }
