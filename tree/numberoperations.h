@@ -18,32 +18,37 @@ namespace cellformula::numbers {
 // templates its class uses, and is chosen only for a node whose stack rules
 // are those templates, so a class whose rules change is simply called.
 enum class Operation : std::uint8_t {
-    Negate, Add, Subtract, Multiply, Divide, Modulo, Power, Greater, Less, GreatEqual, LessEqual, Equal, And, Or, Min, Max, Not, IsError, If, Sin, Cos, Tan, Asin, Acos, Atan, Sqrt, Ln, Atan2, Log,
+    Negate, Add, Subtract, Multiply, Divide, Modulo, Power, Greater, Less, GreatEqual, LessEqual, Equal, And, Or, Min,
+    Max, Not, IsError, If, Sin, Cos, Tan, Asin, Acos, Atan, Sqrt, Ln, Atan2, Log,
     Call,
-    // The two-operand and one-operand operations again, with the left, the
-    // right or both operands (the only one: Leaf) leaves read where they live
-    // rather than from a slot.
-    AddLeft, AddRight, AddBoth, SubtractLeft, SubtractRight, SubtractBoth, MultiplyLeft, MultiplyRight, MultiplyBoth,
-    DivideLeft, DivideRight, DivideBoth, PowerLeft, PowerRight, PowerBoth, GreaterLeft, GreaterRight, GreaterBoth,
-    LessLeft, LessRight, LessBoth, ModuloLeft, ModuloRight, ModuloBoth, GreatEqualLeft, GreatEqualRight,
-    GreatEqualBoth, LessEqualLeft, LessEqualRight, LessEqualBoth, EqualLeft, EqualRight, EqualBoth, Atan2Left,
-    Atan2Right, Atan2Both, LogLeft, LogRight, LogBoth, NegateLeaf, NotLeaf, SinLeaf, CosLeaf, TanLeaf, AsinLeaf,
-    AcosLeaf, AtanLeaf, SqrtLeaf, LnLeaf, IsErrorLeaf,
+    // The operations of two operands again, four codes each: neither operand
+    // a leaf (Results), then the left, the right or both leaves read where
+    // they live; those of one operand again, with their leaf read in place.
+    AddResults, AddLeft, AddRight, AddBoth, SubtractResults, SubtractLeft, SubtractRight, SubtractBoth,
+    MultiplyResults, MultiplyLeft, MultiplyRight, MultiplyBoth, DivideResults, DivideLeft, DivideRight, DivideBoth,
+    PowerResults, PowerLeft, PowerRight, PowerBoth, GreaterResults, GreaterLeft, GreaterRight, GreaterBoth,
+    LessResults, LessLeft, LessRight, LessBoth, ModuloResults, ModuloLeft, ModuloRight, ModuloBoth, GreatEqualResults,
+    GreatEqualLeft, GreatEqualRight, GreatEqualBoth, LessEqualResults, LessEqualLeft, LessEqualRight, LessEqualBoth,
+    EqualResults, EqualLeft, EqualRight, EqualBoth, Atan2Results, Atan2Left, Atan2Right, Atan2Both, LogResults,
+    LogLeft, LogRight, LogBoth, NegateLeaf, NotLeaf, SinLeaf, CosLeaf, TanLeaf, AsinLeaf, AcosLeaf, AtanLeaf,
+    SqrtLeaf, LnLeaf, IsErrorLeaf,
     // Those whose error may depend on a value, again, for a step whose error
     // a run must confirm (see assumeErrors).
     DivideChecked, ModuloChecked, PowerChecked, AsinChecked, AcosChecked, SqrtChecked, LnChecked, LogChecked,
-    IfChecked, DivideLeftChecked, DivideRightChecked, DivideBothChecked, PowerLeftChecked, PowerRightChecked,
-    PowerBothChecked, ModuloLeftChecked, ModuloRightChecked, ModuloBothChecked, LogLeftChecked, LogRightChecked,
-    LogBothChecked, AsinLeafChecked, AcosLeafChecked, SqrtLeafChecked, LnLeafChecked
+    IfChecked, DivideResultsChecked, DivideLeftChecked, DivideRightChecked, DivideBothChecked, PowerResultsChecked,
+    PowerLeftChecked, PowerRightChecked, PowerBothChecked, ModuloResultsChecked, ModuloLeftChecked,
+    ModuloRightChecked, ModuloBothChecked, LogResultsChecked, LogLeftChecked, LogRightChecked, LogBothChecked,
+    AsinLeafChecked, AcosLeafChecked, SqrtLeafChecked, LnLeafChecked
 };
 
 // Each code with a confirmed variant, in the order of the variants.
 constexpr Operation kCheckable[] = {
     Operation::Divide, Operation::Modulo, Operation::Power, Operation::Asin, Operation::Acos, Operation::Sqrt,
-    Operation::Ln, Operation::Log, Operation::If, Operation::DivideLeft, Operation::DivideRight,
-    Operation::DivideBoth, Operation::PowerLeft, Operation::PowerRight, Operation::PowerBoth, Operation::ModuloLeft,
-    Operation::ModuloRight, Operation::ModuloBoth, Operation::LogLeft, Operation::LogRight, Operation::LogBoth,
-    Operation::AsinLeaf, Operation::AcosLeaf, Operation::SqrtLeaf, Operation::LnLeaf
+    Operation::Ln, Operation::Log, Operation::If, Operation::DivideResults, Operation::DivideLeft,
+    Operation::DivideRight, Operation::DivideBoth, Operation::PowerResults, Operation::PowerLeft,
+    Operation::PowerRight, Operation::PowerBoth, Operation::ModuloResults, Operation::ModuloLeft,
+    Operation::ModuloRight, Operation::ModuloBoth, Operation::LogResults, Operation::LogLeft, Operation::LogRight,
+    Operation::LogBoth, Operation::AsinLeaf, Operation::AcosLeaf, Operation::SqrtLeaf, Operation::LnLeaf
 };
 
 // The confirmed variant of a code, or Call when it has none.
@@ -56,37 +61,48 @@ inline Operation checked(Operation operation) {
     return Operation::Call;
 }
 
-// The operations with leaves read in place, in the order of their codes:
-// those of two operands (three codes each), then those of one (one code each).
+// The operations whose codes above say where each operand is read: those of
+// two operands (four codes each), then those of one (one code each).
 constexpr Operation kTwoOperandFusable[] = {
-    Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide, Operation::Power,
-    Operation::Greater, Operation::Less, Operation::Modulo, Operation::GreatEqual, Operation::LessEqual,
-    Operation::Equal, Operation::Atan2, Operation::Log
+    Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide, Operation::Power, Operation::Greater,
+    Operation::Less, Operation::Modulo, Operation::GreatEqual, Operation::LessEqual, Operation::Equal,
+    Operation::Atan2, Operation::Log
 };
 constexpr Operation kOneOperandFusable[] = {
     Operation::Negate, Operation::Not, Operation::Sin, Operation::Cos, Operation::Tan, Operation::Asin,
     Operation::Acos, Operation::Atan, Operation::Sqrt, Operation::Ln, Operation::IsError
 };
 
-// The code of a fusable operation whose operands `leaves` (bit 0 the left,
-// bit 1 the right) are leaves read in place; the operation itself otherwise.
-inline Operation withLeaves(Operation operation, unsigned leaves) {
-    if (leaves == 0) return operation;
+// The code of an operation for where its operands are read: `leaves` (bit 0
+// the left, bit 1 the right) are leaves read in place, and the last operand
+// that is not a leaf is the previous instruction's result. A range, and a
+// LOG of one operand that is no leaf, keep the operation's own code.
+inline Operation withOperands(Operation operation, unsigned leaves, std::size_t count, bool list) {
+    if (list) return operation;
     constexpr std::size_t kTwoOperandCount = sizeof kTwoOperandFusable / sizeof kTwoOperandFusable[0];
-    const auto first = static_cast<unsigned>(Operation::AddLeft);
+    const auto first = static_cast<unsigned>(Operation::AddResults);
     for (std::size_t i = 0; i < kTwoOperandCount; ++i) {
-        if (kTwoOperandFusable[i] == operation) return static_cast<Operation>(first + 3 * i + leaves - 1);
+        if (kTwoOperandFusable[i] != operation) continue;
+        if (count != 2 && leaves == 0) return operation;
+        return static_cast<Operation>(first + 4 * i + leaves);
     }
     for (std::size_t i = 0; i < sizeof kOneOperandFusable / sizeof kOneOperandFusable[0]; ++i) {
         if (kOneOperandFusable[i] == operation && leaves == 1) {
-            return static_cast<Operation>(first + 3 * kTwoOperandCount + i);
+            return static_cast<Operation>(first + 4 * kTwoOperandCount + i);
         }
     }
     return operation;
 }
 
+// An operation of one or two operands, whose leaves are read in place.
 inline bool isFusable(Operation operation) {
-    return withLeaves(operation, 1) != operation;
+    for (const Operation fusable : kTwoOperandFusable) {
+        if (fusable == operation) return true;
+    }
+    for (const Operation fusable : kOneOperandFusable) {
+        if (fusable == operation) return true;
+    }
+    return false;
 }
 
 // The rule templates are named as their own files name them.
@@ -170,12 +186,12 @@ struct Choice : RulesOf<operation, O> {
 };
 
 // Hands `visit` the number and error rule of an inline operation, over the
-// operands `OperandsOf<leaves>` for the leaves it reads in place; false for a
-// call. One switch for all, so that running an instruction takes one jump.
+// operands `OperandsOf<shape>` for where it reads them (see SlotOperands);
+// false for a call. One switch for all, so that running an instruction takes one jump.
 template <template <unsigned> class OperandsOf, typename Visit>
 [[gnu::always_inline]] inline bool withRules(Operation operation, Visit&& visit) {
     switch (operation) {
-        case Operation::Negate: return visit(Choice<Operation::Negate, OperandsOf<0>>{}), true;
+        case Operation::Negate: return visit(Choice<Operation::Negate, OperandsOf<4>>{}), true;
         case Operation::Add: return visit(Choice<Operation::Add, OperandsOf<0>>{}), true;
         case Operation::Subtract: return visit(Choice<Operation::Subtract, OperandsOf<0>>{}), true;
         case Operation::Multiply: return visit(Choice<Operation::Multiply, OperandsOf<0>>{}), true;
@@ -191,58 +207,71 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::Or: return visit(Choice<Operation::Or, OperandsOf<0>>{}), true;
         case Operation::Min: return visit(Choice<Operation::Min, OperandsOf<0>>{}), true;
         case Operation::Max: return visit(Choice<Operation::Max, OperandsOf<0>>{}), true;
-        case Operation::Not: return visit(Choice<Operation::Not, OperandsOf<0>>{}), true;
-        case Operation::IsError: return visit(Choice<Operation::IsError, OperandsOf<0>>{}), true;
+        case Operation::Not: return visit(Choice<Operation::Not, OperandsOf<4>>{}), true;
+        case Operation::IsError: return visit(Choice<Operation::IsError, OperandsOf<4>>{}), true;
         case Operation::If: return visit(Choice<Operation::If, OperandsOf<0>>{}), true;
-        case Operation::Sin: return visit(Choice<Operation::Sin, OperandsOf<0>>{}), true;
-        case Operation::Cos: return visit(Choice<Operation::Cos, OperandsOf<0>>{}), true;
-        case Operation::Tan: return visit(Choice<Operation::Tan, OperandsOf<0>>{}), true;
-        case Operation::Asin: return visit(Choice<Operation::Asin, OperandsOf<0>>{}), true;
-        case Operation::Acos: return visit(Choice<Operation::Acos, OperandsOf<0>>{}), true;
-        case Operation::Atan: return visit(Choice<Operation::Atan, OperandsOf<0>>{}), true;
-        case Operation::Sqrt: return visit(Choice<Operation::Sqrt, OperandsOf<0>>{}), true;
-        case Operation::Ln: return visit(Choice<Operation::Ln, OperandsOf<0>>{}), true;
+        case Operation::Sin: return visit(Choice<Operation::Sin, OperandsOf<4>>{}), true;
+        case Operation::Cos: return visit(Choice<Operation::Cos, OperandsOf<4>>{}), true;
+        case Operation::Tan: return visit(Choice<Operation::Tan, OperandsOf<4>>{}), true;
+        case Operation::Asin: return visit(Choice<Operation::Asin, OperandsOf<4>>{}), true;
+        case Operation::Acos: return visit(Choice<Operation::Acos, OperandsOf<4>>{}), true;
+        case Operation::Atan: return visit(Choice<Operation::Atan, OperandsOf<4>>{}), true;
+        case Operation::Sqrt: return visit(Choice<Operation::Sqrt, OperandsOf<4>>{}), true;
+        case Operation::Ln: return visit(Choice<Operation::Ln, OperandsOf<4>>{}), true;
         case Operation::Atan2: return visit(Choice<Operation::Atan2, OperandsOf<0>>{}), true;
         case Operation::Log: return visit(Choice<Operation::Log, OperandsOf<0>>{}), true;
         case Operation::Call: return false;
-        case Operation::AddLeft: return visit(Choice<Operation::Add, OperandsOf<1>>{}), true;
-        case Operation::AddRight: return visit(Choice<Operation::Add, OperandsOf<2>>{}), true;
+        case Operation::AddResults: return visit(Choice<Operation::Add, OperandsOf<8>>{}), true;
+        case Operation::AddLeft: return visit(Choice<Operation::Add, OperandsOf<9>>{}), true;
+        case Operation::AddRight: return visit(Choice<Operation::Add, OperandsOf<6>>{}), true;
         case Operation::AddBoth: return visit(Choice<Operation::Add, OperandsOf<3>>{}), true;
-        case Operation::SubtractLeft: return visit(Choice<Operation::Subtract, OperandsOf<1>>{}), true;
-        case Operation::SubtractRight: return visit(Choice<Operation::Subtract, OperandsOf<2>>{}), true;
+        case Operation::SubtractResults: return visit(Choice<Operation::Subtract, OperandsOf<8>>{}), true;
+        case Operation::SubtractLeft: return visit(Choice<Operation::Subtract, OperandsOf<9>>{}), true;
+        case Operation::SubtractRight: return visit(Choice<Operation::Subtract, OperandsOf<6>>{}), true;
         case Operation::SubtractBoth: return visit(Choice<Operation::Subtract, OperandsOf<3>>{}), true;
-        case Operation::MultiplyLeft: return visit(Choice<Operation::Multiply, OperandsOf<1>>{}), true;
-        case Operation::MultiplyRight: return visit(Choice<Operation::Multiply, OperandsOf<2>>{}), true;
+        case Operation::MultiplyResults: return visit(Choice<Operation::Multiply, OperandsOf<8>>{}), true;
+        case Operation::MultiplyLeft: return visit(Choice<Operation::Multiply, OperandsOf<9>>{}), true;
+        case Operation::MultiplyRight: return visit(Choice<Operation::Multiply, OperandsOf<6>>{}), true;
         case Operation::MultiplyBoth: return visit(Choice<Operation::Multiply, OperandsOf<3>>{}), true;
-        case Operation::DivideLeft: return visit(Choice<Operation::Divide, OperandsOf<1>>{}), true;
-        case Operation::DivideRight: return visit(Choice<Operation::Divide, OperandsOf<2>>{}), true;
+        case Operation::DivideResults: return visit(Choice<Operation::Divide, OperandsOf<8>>{}), true;
+        case Operation::DivideLeft: return visit(Choice<Operation::Divide, OperandsOf<9>>{}), true;
+        case Operation::DivideRight: return visit(Choice<Operation::Divide, OperandsOf<6>>{}), true;
         case Operation::DivideBoth: return visit(Choice<Operation::Divide, OperandsOf<3>>{}), true;
-        case Operation::PowerLeft: return visit(Choice<Operation::Power, OperandsOf<1>>{}), true;
-        case Operation::PowerRight: return visit(Choice<Operation::Power, OperandsOf<2>>{}), true;
+        case Operation::PowerResults: return visit(Choice<Operation::Power, OperandsOf<8>>{}), true;
+        case Operation::PowerLeft: return visit(Choice<Operation::Power, OperandsOf<9>>{}), true;
+        case Operation::PowerRight: return visit(Choice<Operation::Power, OperandsOf<6>>{}), true;
         case Operation::PowerBoth: return visit(Choice<Operation::Power, OperandsOf<3>>{}), true;
-        case Operation::GreaterLeft: return visit(Choice<Operation::Greater, OperandsOf<1>>{}), true;
-        case Operation::GreaterRight: return visit(Choice<Operation::Greater, OperandsOf<2>>{}), true;
+        case Operation::GreaterResults: return visit(Choice<Operation::Greater, OperandsOf<8>>{}), true;
+        case Operation::GreaterLeft: return visit(Choice<Operation::Greater, OperandsOf<9>>{}), true;
+        case Operation::GreaterRight: return visit(Choice<Operation::Greater, OperandsOf<6>>{}), true;
         case Operation::GreaterBoth: return visit(Choice<Operation::Greater, OperandsOf<3>>{}), true;
-        case Operation::LessLeft: return visit(Choice<Operation::Less, OperandsOf<1>>{}), true;
-        case Operation::LessRight: return visit(Choice<Operation::Less, OperandsOf<2>>{}), true;
+        case Operation::LessResults: return visit(Choice<Operation::Less, OperandsOf<8>>{}), true;
+        case Operation::LessLeft: return visit(Choice<Operation::Less, OperandsOf<9>>{}), true;
+        case Operation::LessRight: return visit(Choice<Operation::Less, OperandsOf<6>>{}), true;
         case Operation::LessBoth: return visit(Choice<Operation::Less, OperandsOf<3>>{}), true;
-        case Operation::ModuloLeft: return visit(Choice<Operation::Modulo, OperandsOf<1>>{}), true;
-        case Operation::ModuloRight: return visit(Choice<Operation::Modulo, OperandsOf<2>>{}), true;
+        case Operation::ModuloResults: return visit(Choice<Operation::Modulo, OperandsOf<8>>{}), true;
+        case Operation::ModuloLeft: return visit(Choice<Operation::Modulo, OperandsOf<9>>{}), true;
+        case Operation::ModuloRight: return visit(Choice<Operation::Modulo, OperandsOf<6>>{}), true;
         case Operation::ModuloBoth: return visit(Choice<Operation::Modulo, OperandsOf<3>>{}), true;
-        case Operation::GreatEqualLeft: return visit(Choice<Operation::GreatEqual, OperandsOf<1>>{}), true;
-        case Operation::GreatEqualRight: return visit(Choice<Operation::GreatEqual, OperandsOf<2>>{}), true;
+        case Operation::GreatEqualResults: return visit(Choice<Operation::GreatEqual, OperandsOf<8>>{}), true;
+        case Operation::GreatEqualLeft: return visit(Choice<Operation::GreatEqual, OperandsOf<9>>{}), true;
+        case Operation::GreatEqualRight: return visit(Choice<Operation::GreatEqual, OperandsOf<6>>{}), true;
         case Operation::GreatEqualBoth: return visit(Choice<Operation::GreatEqual, OperandsOf<3>>{}), true;
-        case Operation::LessEqualLeft: return visit(Choice<Operation::LessEqual, OperandsOf<1>>{}), true;
-        case Operation::LessEqualRight: return visit(Choice<Operation::LessEqual, OperandsOf<2>>{}), true;
+        case Operation::LessEqualResults: return visit(Choice<Operation::LessEqual, OperandsOf<8>>{}), true;
+        case Operation::LessEqualLeft: return visit(Choice<Operation::LessEqual, OperandsOf<9>>{}), true;
+        case Operation::LessEqualRight: return visit(Choice<Operation::LessEqual, OperandsOf<6>>{}), true;
         case Operation::LessEqualBoth: return visit(Choice<Operation::LessEqual, OperandsOf<3>>{}), true;
-        case Operation::EqualLeft: return visit(Choice<Operation::Equal, OperandsOf<1>>{}), true;
-        case Operation::EqualRight: return visit(Choice<Operation::Equal, OperandsOf<2>>{}), true;
+        case Operation::EqualResults: return visit(Choice<Operation::Equal, OperandsOf<8>>{}), true;
+        case Operation::EqualLeft: return visit(Choice<Operation::Equal, OperandsOf<9>>{}), true;
+        case Operation::EqualRight: return visit(Choice<Operation::Equal, OperandsOf<6>>{}), true;
         case Operation::EqualBoth: return visit(Choice<Operation::Equal, OperandsOf<3>>{}), true;
-        case Operation::Atan2Left: return visit(Choice<Operation::Atan2, OperandsOf<1>>{}), true;
-        case Operation::Atan2Right: return visit(Choice<Operation::Atan2, OperandsOf<2>>{}), true;
+        case Operation::Atan2Results: return visit(Choice<Operation::Atan2, OperandsOf<8>>{}), true;
+        case Operation::Atan2Left: return visit(Choice<Operation::Atan2, OperandsOf<9>>{}), true;
+        case Operation::Atan2Right: return visit(Choice<Operation::Atan2, OperandsOf<6>>{}), true;
         case Operation::Atan2Both: return visit(Choice<Operation::Atan2, OperandsOf<3>>{}), true;
-        case Operation::LogLeft: return visit(Choice<Operation::Log, OperandsOf<1>>{}), true;
-        case Operation::LogRight: return visit(Choice<Operation::Log, OperandsOf<2>>{}), true;
+        case Operation::LogResults: return visit(Choice<Operation::Log, OperandsOf<8>>{}), true;
+        case Operation::LogLeft: return visit(Choice<Operation::Log, OperandsOf<9>>{}), true;
+        case Operation::LogRight: return visit(Choice<Operation::Log, OperandsOf<6>>{}), true;
         case Operation::LogBoth: return visit(Choice<Operation::Log, OperandsOf<3>>{}), true;
         case Operation::NegateLeaf: return visit(Choice<Operation::Negate, OperandsOf<1>>{}), true;
         case Operation::NotLeaf: return visit(Choice<Operation::Not, OperandsOf<1>>{}), true;
@@ -258,23 +287,27 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::DivideChecked: return visit(Choice<Operation::Divide, OperandsOf<0>, true>{}), true;
         case Operation::ModuloChecked: return visit(Choice<Operation::Modulo, OperandsOf<0>, true>{}), true;
         case Operation::PowerChecked: return visit(Choice<Operation::Power, OperandsOf<0>, true>{}), true;
-        case Operation::AsinChecked: return visit(Choice<Operation::Asin, OperandsOf<0>, true>{}), true;
-        case Operation::AcosChecked: return visit(Choice<Operation::Acos, OperandsOf<0>, true>{}), true;
-        case Operation::SqrtChecked: return visit(Choice<Operation::Sqrt, OperandsOf<0>, true>{}), true;
-        case Operation::LnChecked: return visit(Choice<Operation::Ln, OperandsOf<0>, true>{}), true;
+        case Operation::AsinChecked: return visit(Choice<Operation::Asin, OperandsOf<4>, true>{}), true;
+        case Operation::AcosChecked: return visit(Choice<Operation::Acos, OperandsOf<4>, true>{}), true;
+        case Operation::SqrtChecked: return visit(Choice<Operation::Sqrt, OperandsOf<4>, true>{}), true;
+        case Operation::LnChecked: return visit(Choice<Operation::Ln, OperandsOf<4>, true>{}), true;
         case Operation::LogChecked: return visit(Choice<Operation::Log, OperandsOf<0>, true>{}), true;
         case Operation::IfChecked: return visit(Choice<Operation::If, OperandsOf<0>, true>{}), true;
-        case Operation::DivideLeftChecked: return visit(Choice<Operation::Divide, OperandsOf<1>, true>{}), true;
-        case Operation::DivideRightChecked: return visit(Choice<Operation::Divide, OperandsOf<2>, true>{}), true;
+        case Operation::DivideResultsChecked: return visit(Choice<Operation::Divide, OperandsOf<8>, true>{}), true;
+        case Operation::DivideLeftChecked: return visit(Choice<Operation::Divide, OperandsOf<9>, true>{}), true;
+        case Operation::DivideRightChecked: return visit(Choice<Operation::Divide, OperandsOf<6>, true>{}), true;
         case Operation::DivideBothChecked: return visit(Choice<Operation::Divide, OperandsOf<3>, true>{}), true;
-        case Operation::PowerLeftChecked: return visit(Choice<Operation::Power, OperandsOf<1>, true>{}), true;
-        case Operation::PowerRightChecked: return visit(Choice<Operation::Power, OperandsOf<2>, true>{}), true;
+        case Operation::PowerResultsChecked: return visit(Choice<Operation::Power, OperandsOf<8>, true>{}), true;
+        case Operation::PowerLeftChecked: return visit(Choice<Operation::Power, OperandsOf<9>, true>{}), true;
+        case Operation::PowerRightChecked: return visit(Choice<Operation::Power, OperandsOf<6>, true>{}), true;
         case Operation::PowerBothChecked: return visit(Choice<Operation::Power, OperandsOf<3>, true>{}), true;
-        case Operation::ModuloLeftChecked: return visit(Choice<Operation::Modulo, OperandsOf<1>, true>{}), true;
-        case Operation::ModuloRightChecked: return visit(Choice<Operation::Modulo, OperandsOf<2>, true>{}), true;
+        case Operation::ModuloResultsChecked: return visit(Choice<Operation::Modulo, OperandsOf<8>, true>{}), true;
+        case Operation::ModuloLeftChecked: return visit(Choice<Operation::Modulo, OperandsOf<9>, true>{}), true;
+        case Operation::ModuloRightChecked: return visit(Choice<Operation::Modulo, OperandsOf<6>, true>{}), true;
         case Operation::ModuloBothChecked: return visit(Choice<Operation::Modulo, OperandsOf<3>, true>{}), true;
-        case Operation::LogLeftChecked: return visit(Choice<Operation::Log, OperandsOf<1>, true>{}), true;
-        case Operation::LogRightChecked: return visit(Choice<Operation::Log, OperandsOf<2>, true>{}), true;
+        case Operation::LogResultsChecked: return visit(Choice<Operation::Log, OperandsOf<8>, true>{}), true;
+        case Operation::LogLeftChecked: return visit(Choice<Operation::Log, OperandsOf<9>, true>{}), true;
+        case Operation::LogRightChecked: return visit(Choice<Operation::Log, OperandsOf<6>, true>{}), true;
         case Operation::LogBothChecked: return visit(Choice<Operation::Log, OperandsOf<3>, true>{}), true;
         case Operation::AsinLeafChecked: return visit(Choice<Operation::Asin, OperandsOf<1>, true>{}), true;
         case Operation::AcosLeafChecked: return visit(Choice<Operation::Acos, OperandsOf<1>, true>{}), true;

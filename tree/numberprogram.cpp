@@ -36,35 +36,38 @@ using numbers::OnStack;
 using numbers::checked;
 using numbers::isFusable;
 using numbers::operationOf;
-using numbers::withLeaves;
+using numbers::withOperands;
 using numbers::withRules;
 
 // An instruction's operands, read from the slots the leaves and the earlier
-// instructions filled, or, for the operands `leaves` names (bit 0 the
-// first), from where those leaves live; all of them are numbers. Their
-// errors are read from the slots too, or from the instruction's list, which
-// holds a leaf's own error and, for a step being confirmed, what compiling
-// assumed of every operand.
-template <unsigned leaves>
+// instructions filled, or where `shape` says otherwise: bits 0 and 1 name
+// the first and second operand as leaves read where they live, bits 2 and 3
+// as the previous instruction's result, which the run keeps at hand. All of
+// them are numbers. Their errors are read from the slots too, or from the
+// instruction's list, which holds a leaf's own error and, for a step being
+// confirmed, what compiling assumed of every operand.
+template <unsigned shape>
 class SlotOperands {
 public:
     SlotOperands(const double* numbers, const std::uint32_t* errors, const std::uint32_t* slots, std::size_t count,
-                 bool list, const double* const* leafNumbers, const std::uint32_t* leafErrors)
+                 bool list, const double* const* leafNumbers, const std::uint32_t* leafErrors, double previous)
         : numbers_(numbers), errors_(errors), slots_(slots), errorSlots_(slots), leafNumbers_(leafNumbers),
-          leafErrors_(leafErrors), count_(count), list_(list) {}
+          leafErrors_(leafErrors), previous_(previous), count_(count), list_(list) {}
     // Confirming what compiling assumed: every error from the list.
     SlotOperands(const double* numbers, const std::uint32_t* slots, std::size_t count,
-                 const double* const* leafNumbers, const std::uint32_t* assumedErrors)
+                 const double* const* leafNumbers, const std::uint32_t* assumedErrors, double previous)
         : numbers_(numbers), errors_(assumedErrors), slots_(slots), errorSlots_(kInOrder), leafNumbers_(leafNumbers),
-          leafErrors_(assumedErrors), count_(count), list_(false) {}
+          leafErrors_(assumedErrors), previous_(previous), count_(count), list_(false) {}
 
-    static constexpr bool kReadsLeaves = leaves != 0;
+    // An operation whose operands have a shape is never a range's.
+    static constexpr bool kFixedCount = shape != 0;
 
     std::size_t count() const { return count_; }
     bool isList() const { return list_; }
     bool present(std::size_t) const { return true; }
     double number(std::size_t i) const {
         if (isLeaf(i)) return *leafNumbers_[i];
+        if (isPrevious(i)) return previous_;
         return numbers_[slots_[i]];
     }
     double condition(std::size_t i) const { return number(i); }
@@ -77,7 +80,8 @@ public:
 
 private:
     static constexpr std::uint32_t kInOrder[3] = {0, 1, 2};
-    static bool isLeaf(std::size_t i) { return i < 2 && ((leaves >> i) & 1u) != 0; }
+    static bool isLeaf(std::size_t i) { return i < 2 && ((shape >> i) & 1u) != 0; }
+    static bool isPrevious(std::size_t i) { return i < 2 && ((shape >> (i + 2)) & 1u) != 0; }
 
     const double* numbers_;
     const std::uint32_t* errors_;
@@ -85,6 +89,7 @@ private:
     const std::uint32_t* errorSlots_;
     const double* const* leafNumbers_;
     const std::uint32_t* leafErrors_;
+    double previous_;
     std::size_t count_;
     bool list_;
 };
@@ -123,8 +128,8 @@ private:
 template <unsigned>
 using Assumed = AssumedOperands;
 
-template <unsigned leaves>
-using InSlots = const SlotOperands<leaves>;
+template <unsigned shape>
+using InSlots = const SlotOperands<shape>;
 
 bool isConstant(const ASTNode& node) {
     return typeid(node) == typeid(CNConstant) || typeid(node) == typeid(CNPi);
@@ -202,7 +207,8 @@ void CompiledFormula::compileNumbers() {
             }
             if (sourceOf[operandStep] == nullptr) --depth;
         }
-        instruction.operation = static_cast<std::uint8_t>(withLeaves(operation, leaves));
+        instruction.operation =
+            static_cast<std::uint8_t>(withOperands(operation, leaves, step.operandCount, instruction.list));
         instruction.result = static_cast<std::uint32_t>(leafCount + depth);
         slotOf[index] = instruction.result;
         ++depth;
@@ -292,6 +298,8 @@ template <CompiledFormula::Errors errorWork>
     for (; leaf < leafCount; ++leaf) numbers[leaf] = *sources[leaf];
     if (computeErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
     bool assumptionHolds = true;
+    // The last result, which most instructions take as an operand.
+    double previous = 0.0;
     const std::uint32_t* lists = listSlots_.data();
     const Instruction* const first = instructions_.data();
     const std::size_t instructionCount = instructions_.size();
@@ -305,15 +313,15 @@ template <CompiledFormula::Errors errorWork>
             using Pair = decltype(pair);
             using Operands = typename Pair::Operands;
             // An operation with leaves read in place is never a range's.
-            const bool list = Pair::list && !Operands::kReadsLeaves && instruction.list;
+            const bool list = Pair::list && !Operands::kFixedCount && instruction.list;
             const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
-                                    instruction.count, list, instruction.leaves, instruction.assumedErrors);
+                                    instruction.count, list, instruction.leaves, instruction.assumedErrors, previous);
             number = Pair::number(operands);
             if constexpr (computeErrors) error = Pair::error(operands);
             if constexpr (errorWork == Errors::Check) {
                 if constexpr (Pair::kConfirms) {
                     const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
-                                           instruction.assumedErrors);
+                                           instruction.assumedErrors, previous);
                     if (Pair::error(checked) != ErrNone) assumptionHolds = false;
                 }
             }
@@ -323,7 +331,7 @@ template <CompiledFormula::Errors errorWork>
             const SlotOperands<0> operands(numbers, errors,
                                            instruction.list ? lists + instruction.operands[0] : instruction.operands,
                                            instruction.count, instruction.list, instruction.leaves,
-                                           instruction.assumedErrors);
+                                           instruction.assumedErrors, previous);
             for (std::uint32_t i = 0; i < instruction.count; ++i) {
                 numbers[gatherSlot_ + i] = operands.number(i);
                 if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
@@ -335,6 +343,7 @@ template <CompiledFormula::Errors errorWork>
         }
         numbers[instruction.result] = number;
         if (computeErrors) errors[instruction.result] = error;
+        previous = number;
     }
     if constexpr (errorWork == Errors::Check) {
         // A step met an error after all: the rare case works out every error.
