@@ -83,6 +83,8 @@ private:
     std::vector<std::uint32_t> operands_;  // step numbers of each step's operands, first to last
     bool numbersOnly_ = false;             // false when the tree needs the general program
     std::vector<const double*> leafSources_;
+    std::uint32_t leafCount_ = 0;          // the sizes of leafSources_ and instructions_
+    std::uint32_t instructionCount_ = 0;
     std::vector<std::uint32_t> leafErrors_;  // a leaf's error, which its record fixes once for all
     std::vector<Instruction> instructions_;
     std::vector<std::uint32_t> listSlots_;

@@ -222,6 +222,8 @@ void CompiledFormula::compileNumbers() {
     slotCount_ = gatherSlot_ + gatherRoom;
     // A program of one leaf reads it from its slot.
     rootSlot_ = slotOf.back();
+    leafCount_ = static_cast<std::uint32_t>(leafSources_.size());
+    instructionCount_ = static_cast<std::uint32_t>(instructions_.size());
     numbersOnly_ = true;
     valueSkipsErrors_ = !valueNeedsErrors_;
     assumeErrors(sourceOf, leafErrorOf);
@@ -285,25 +287,18 @@ template <CompiledFormula::Errors errorWork>
 [[gnu::always_inline]] inline CompiledFormula::NumberAnswer CompiledFormula::runNumbers(
     double* numbers, std::uint32_t* errors) const {
     constexpr bool computeErrors = errorWork == Errors::Compute;
-    const std::size_t leafCount = leafSources_.size();
+    // Most short formulas copy no leaf, or a few: the counts are kept so
+    // that neither loop works them out.
     const double* const* sources = leafSources_.data();
-    // Four at a time: loading the leaves is a good part of a short formula.
-    std::size_t leaf = 0;
-    for (; leaf + 4 <= leafCount; leaf += 4) {
-        numbers[leaf] = *sources[leaf];
-        numbers[leaf + 1] = *sources[leaf + 1];
-        numbers[leaf + 2] = *sources[leaf + 2];
-        numbers[leaf + 3] = *sources[leaf + 3];
-    }
-    for (; leaf < leafCount; ++leaf) numbers[leaf] = *sources[leaf];
+    for (std::uint32_t leaf = 0; leaf < leafCount_; ++leaf) numbers[leaf] = *sources[leaf];
     if (computeErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
     bool assumptionHolds = true;
     // The last result, which most instructions take as an operand.
     double previous = 0.0;
     const std::uint32_t* lists = listSlots_.data();
     const Instruction* const first = instructions_.data();
-    const std::size_t instructionCount = instructions_.size();
-    for (std::size_t index = 0; index < instructionCount; ++index) {
+    const std::uint32_t instructionCount = instructionCount_;
+    for (std::uint32_t index = 0; index < instructionCount; ++index) {
         const Instruction& instruction = first[index];
         // Both answers are worked out before either is stored: the result may
         // take the slot of an operand that the error rule reads.
