@@ -5,6 +5,7 @@
 // that hands each its node class's own number and error rule templates.
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "arithmeticrules.h"
 #include "comparisonrules.h"
@@ -185,9 +186,16 @@ struct Choice : RulesOf<operation, O> {
     static constexpr bool kConfirms = confirms;  // the step's error must be confirmed
 };
 
+// What the switch below hands `visit` for an instruction that calls its node's
+// own rules out of line.
+struct Called {};
+
+template <typename Pair>
+constexpr bool kCalls = std::is_same_v<Pair, Called>;
+
 // Hands `visit` the number and error rule of an inline operation, over the
 // operands `OperandsOf<shape>` for where it reads them (see SlotOperands);
-// false for a call. One switch for all, so that running an instruction takes one jump.
+// Called and false for a call. One switch for all, so that running an instruction takes one jump.
 template <template <unsigned> class OperandsOf, typename Visit>
 [[gnu::always_inline]] inline bool withRules(Operation operation, Visit&& visit) {
     switch (operation) {
@@ -220,7 +228,7 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::Ln: return visit(Choice<Operation::Ln, OperandsOf<4>>{}), true;
         case Operation::Atan2: return visit(Choice<Operation::Atan2, OperandsOf<0>>{}), true;
         case Operation::Log: return visit(Choice<Operation::Log, OperandsOf<0>>{}), true;
-        case Operation::Call: return false;
+        case Operation::Call: return visit(Called{}), false;
         case Operation::AddResults: return visit(Choice<Operation::Add, OperandsOf<8>>{}), true;
         case Operation::AddLeft: return visit(Choice<Operation::Add, OperandsOf<9>>{}), true;
         case Operation::AddRight: return visit(Choice<Operation::Add, OperandsOf<6>>{}), true;
@@ -313,6 +321,8 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::AcosLeafChecked: return visit(Choice<Operation::Acos, OperandsOf<1>, true>{}), true;
         case Operation::SqrtLeafChecked: return visit(Choice<Operation::Sqrt, OperandsOf<1>, true>{}), true;
         case Operation::LnLeafChecked: return visit(Choice<Operation::Ln, OperandsOf<1>, true>{}), true;
+        // Every code a program holds is one of the above: the jump needs no range test.
+        default: __builtin_unreachable();
     }
     return false;
 }
@@ -327,7 +337,10 @@ inline Operation operationOf(const StackRules& stackRules) {
         bool same = false;
         withRules<OnStack>(static_cast<Operation>(candidate), [&](auto pair) {
             using Pair = decltype(pair);
-            same = stackRules.number == &numberOnStack<Pair::number> && stackRules.error == &errorOnStack<Pair::error>;
+            if constexpr (!kCalls<Pair>) {
+                same = stackRules.number == &numberOnStack<Pair::number> &&
+                       stackRules.error == &errorOnStack<Pair::error>;
+            }
         });
         if (same) return static_cast<Operation>(candidate);
     }

@@ -263,10 +263,12 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
         bool known = false;
         withRules<Assumed>(static_cast<Operation>(compiled.operation), [&](auto pair) {
             using Pair = decltype(pair);
-            const std::uint32_t error = Pair::error(operands);
-            if (operands.readsValue()) return;
-            assumed[index] = error;
-            known = true;
+            if constexpr (!numbers::kCalls<Pair>) {
+                const std::uint32_t error = Pair::error(operands);
+                if (operands.readsValue()) return;
+                assumed[index] = error;
+                known = true;
+            }
         });
         if (known) continue;
         // A step whose error a run can confirm is assumed to meet none; any
@@ -304,38 +306,41 @@ template <CompiledFormula::Errors errorWork>
         // take the slot of an operand that the error rule reads.
         double number = 0.0;
         std::uint32_t error = ErrNone;
-        const bool ranInline = withRules<InSlots>(static_cast<Operation>(instruction.operation), [&](auto pair) {
+        withRules<InSlots>(static_cast<Operation>(instruction.operation), [&](auto pair) {
             using Pair = decltype(pair);
-            using Operands = typename Pair::Operands;
-            // An operation with leaves read in place is never a range's.
-            const bool list = Pair::list && !Operands::kFixedCount && instruction.list;
-            const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
-                                    instruction.count, list, instruction.leaves, instruction.assumedErrors, previous);
-            number = Pair::number(operands);
-            if constexpr (computeErrors) error = Pair::error(operands);
-            if constexpr (errorWork == Errors::Check) {
-                if constexpr (Pair::kConfirms) {
-                    const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
-                                           instruction.assumedErrors, previous);
-                    if (Pair::error(checked) != ErrNone) assumptionHolds = false;
+            if constexpr (numbers::kCalls<Pair>) {
+                // A call's operands are never leaves read in place.
+                const SlotOperands<0> operands(numbers, errors,
+                                               instruction.list ? lists + instruction.operands[0] : instruction.operands,
+                                               instruction.count, instruction.list, instruction.leaves,
+                                               instruction.assumedErrors, previous);
+                for (std::uint32_t i = 0; i < instruction.count; ++i) {
+                    numbers[gatherSlot_ + i] = operands.number(i);
+                    if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
+                }
+                const Call& call = calls_[index];
+                const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count,
+                                             instruction.list);
+                number = call.rules->number(*call.node, gathered);
+                if (computeErrors) error = call.rules->error(*call.node, gathered);
+            } else {
+                using Operands = typename Pair::Operands;
+                // An operation with leaves read in place is never a range's.
+                const bool list = Pair::list && !Operands::kFixedCount && instruction.list;
+                const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
+                                        instruction.count, list, instruction.leaves, instruction.assumedErrors,
+                                        previous);
+                number = Pair::number(operands);
+                if constexpr (computeErrors) error = Pair::error(operands);
+                if constexpr (errorWork == Errors::Check) {
+                    if constexpr (Pair::kConfirms) {
+                        const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
+                                               instruction.assumedErrors, previous);
+                        if (Pair::error(checked) != ErrNone) assumptionHolds = false;
+                    }
                 }
             }
         });
-        if (!ranInline) {
-            // A call's operands are never leaves read in place.
-            const SlotOperands<0> operands(numbers, errors,
-                                           instruction.list ? lists + instruction.operands[0] : instruction.operands,
-                                           instruction.count, instruction.list, instruction.leaves,
-                                           instruction.assumedErrors, previous);
-            for (std::uint32_t i = 0; i < instruction.count; ++i) {
-                numbers[gatherSlot_ + i] = operands.number(i);
-                if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
-            }
-            const Call& call = calls_[index];
-            const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count, instruction.list);
-            number = call.rules->number(*call.node, gathered);
-            if (computeErrors) error = call.rules->error(*call.node, gathered);
-        }
         numbers[instruction.result] = number;
         if (computeErrors) errors[instruction.result] = error;
         previous = number;
@@ -360,8 +365,9 @@ template <CompiledFormula::Errors errorWork>
     return runNumbers<errorWork>(numbers, errors);
 }
 
+// Out of line, so that its allocations leave the common path's loop alone.
 template <CompiledFormula::Errors errorWork>
-[[gnu::flatten]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
+[[gnu::flatten, gnu::noinline]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
     std::vector<double> numbers(slotCount_);
     std::vector<std::uint32_t> errors(slotCount_);
     return runNumbers<errorWork>(numbers.data(), errors.data());
