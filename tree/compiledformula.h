@@ -71,6 +71,7 @@ private:
     enum class Errors : std::uint8_t { Skip, Check, Compute };
     void compileNumbers();
     void assumeErrors(const std::vector<const double*>& sourceOf, const std::vector<std::uint32_t>& leafErrorOf);
+    void mergeSteps();
     NumberAnswer runNumbers(Errors errors) const;
     template <Errors errorWork>
     NumberAnswer runNumbersInPlace() const;

@@ -39,7 +39,15 @@ enum class Operation : std::uint8_t {
     IfChecked, DivideResultsChecked, DivideLeftChecked, DivideRightChecked, DivideBothChecked, PowerResultsChecked,
     PowerLeftChecked, PowerRightChecked, PowerBothChecked, ModuloResultsChecked, ModuloLeftChecked,
     ModuloRightChecked, ModuloBothChecked, LogResultsChecked, LogLeftChecked, LogRightChecked, LogBothChecked,
-    AsinLeafChecked, AcosLeafChecked, SqrtLeafChecked, LnLeafChecked
+    AsinLeafChecked, AcosLeafChecked, SqrtLeafChecked, LnLeafChecked,
+    // Two steps in one instruction: an operation of two leaves read in place
+    // (the inner), whose result is the right operand of the next step, whose
+    // left operand is the previous result (the outer). MultiplyIntoAdd runs
+    // previous + a * b.
+    AddIntoAdd, SubtractIntoAdd, MultiplyIntoAdd, DivideIntoAdd, PowerIntoAdd, AddIntoSubtract, SubtractIntoSubtract,
+    MultiplyIntoSubtract, DivideIntoSubtract, PowerIntoSubtract, AddIntoMultiply, SubtractIntoMultiply,
+    MultiplyIntoMultiply, DivideIntoMultiply, PowerIntoMultiply, AddIntoDivide, SubtractIntoDivide,
+    MultiplyIntoDivide, DivideIntoDivide, PowerIntoDivide
 };
 
 // Each code with a confirmed variant, in the order of the variants.
@@ -51,6 +59,12 @@ constexpr Operation kCheckable[] = {
     Operation::ModuloRight, Operation::ModuloBoth, Operation::LogResults, Operation::LogLeft, Operation::LogRight,
     Operation::LogBoth, Operation::AsinLeaf, Operation::AcosLeaf, Operation::SqrtLeaf, Operation::LnLeaf
 };
+
+// The operations that merge into one instruction, in the order of their codes:
+// each outer operation has one code for each inner one.
+constexpr Operation kMergedOuter[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide};
+constexpr Operation kMergedInner[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide,
+                                      Operation::Power};
 
 // The confirmed variant of a code, or Call when it has none.
 inline Operation checked(Operation operation) {
@@ -93,6 +107,21 @@ inline Operation withOperands(Operation operation, unsigned leaves, std::size_t 
         }
     }
     return operation;
+}
+
+// The code of an inner step of two leaves merged into the outer step that
+// reads it, from the codes each has on its own; Call when they do not merge
+// (a step whose error a run confirms keeps its own instruction).
+inline Operation merged(Operation innerCode, Operation outerCode) {
+    constexpr std::size_t kInnerCount = sizeof kMergedInner / sizeof kMergedInner[0];
+    for (std::size_t o = 0; o < sizeof kMergedOuter / sizeof kMergedOuter[0]; ++o) {
+        if (withOperands(kMergedOuter[o], 0, 2, false) != outerCode) continue;
+        for (std::size_t i = 0; i < kInnerCount; ++i) {
+            if (withOperands(kMergedInner[i], 3, 2, false) != innerCode) continue;
+            return static_cast<Operation>(static_cast<unsigned>(Operation::AddIntoAdd) + o * kInnerCount + i);
+        }
+    }
+    return Operation::Call;
 }
 
 // An operation of one or two operands, whose leaves are read in place.
@@ -184,6 +213,16 @@ template <Operation operation, typename O, bool confirms = false>
 struct Choice : RulesOf<operation, O> {
     using Operands = O;
     static constexpr bool kConfirms = confirms;  // the step's error must be confirmed
+    static constexpr bool kMerged = false;
+};
+
+// The two steps of a merged instruction: the inner over its two leaves, and
+// the outer operation, whose rules run over the previous result and the inner's.
+template <Operation outer, Operation inner, template <unsigned> class OperandsOf>
+struct Merged {
+    using Inner = Choice<inner, OperandsOf<3>>;
+    static constexpr Operation kOuter = outer;
+    static constexpr bool kMerged = true;
 };
 
 // What the switch below hands `visit` for an instruction that calls its node's
@@ -321,6 +360,46 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::AcosLeafChecked: return visit(Choice<Operation::Acos, OperandsOf<1>, true>{}), true;
         case Operation::SqrtLeafChecked: return visit(Choice<Operation::Sqrt, OperandsOf<1>, true>{}), true;
         case Operation::LnLeafChecked: return visit(Choice<Operation::Ln, OperandsOf<1>, true>{}), true;
+        case Operation::AddIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Add, OperandsOf>{}), true;
+        case Operation::SubtractIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Subtract, OperandsOf>{}), true;
+        case Operation::MultiplyIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Multiply, OperandsOf>{}), true;
+        case Operation::DivideIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Divide, OperandsOf>{}), true;
+        case Operation::PowerIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Power, OperandsOf>{}), true;
+        case Operation::AddIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Add, OperandsOf>{}), true;
+        case Operation::SubtractIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Subtract, OperandsOf>{}), true;
+        case Operation::MultiplyIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Multiply, OperandsOf>{}), true;
+        case Operation::DivideIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Divide, OperandsOf>{}), true;
+        case Operation::PowerIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Power, OperandsOf>{}), true;
+        case Operation::AddIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Add, OperandsOf>{}), true;
+        case Operation::SubtractIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Subtract, OperandsOf>{}), true;
+        case Operation::MultiplyIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Multiply, OperandsOf>{}), true;
+        case Operation::DivideIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Divide, OperandsOf>{}), true;
+        case Operation::PowerIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Power, OperandsOf>{}), true;
+        case Operation::AddIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Add, OperandsOf>{}), true;
+        case Operation::SubtractIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Subtract, OperandsOf>{}), true;
+        case Operation::MultiplyIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Multiply, OperandsOf>{}), true;
+        case Operation::DivideIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Divide, OperandsOf>{}), true;
+        case Operation::PowerIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Power, OperandsOf>{}), true;
         // Every code a program holds is one of the above: the jump needs no range test.
         default: __builtin_unreachable();
     }
@@ -338,8 +417,10 @@ inline Operation operationOf(const StackRules& stackRules) {
         withRules<OnStack>(static_cast<Operation>(candidate), [&](auto pair) {
             using Pair = decltype(pair);
             if constexpr (!kCalls<Pair>) {
-                same = stackRules.number == &numberOnStack<Pair::number> &&
-                       stackRules.error == &errorOnStack<Pair::error>;
+                if constexpr (!Pair::kMerged) {
+                    same = stackRules.number == &numberOnStack<Pair::number> &&
+                           stackRules.error == &errorOnStack<Pair::error>;
+                }
             }
         });
         if (same) return static_cast<Operation>(candidate);

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "logic.h"
@@ -92,6 +93,27 @@ private:
     double previous_;
     std::size_t count_;
     bool list_;
+};
+
+// The outer step of a merged instruction's operands: the previous result and
+// the inner step's, both numbers, with their errors.
+class ResultOperands {
+public:
+    ResultOperands(double left, double right, std::uint32_t leftError, std::uint32_t rightError)
+        : numbers_{left, right}, errors_{leftError, rightError} {}
+
+    std::size_t count() const { return 2; }
+    bool isList() const { return false; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) const { return numbers_[i]; }
+    double condition(std::size_t i) const { return numbers_[i]; }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const { return errors_[i]; }
+
+private:
+    double numbers_[2];
+    std::uint32_t errors_[2];
 };
 
 // Operands as compiling knows them: each one's assumed error, and the value
@@ -222,11 +244,12 @@ void CompiledFormula::compileNumbers() {
     slotCount_ = gatherSlot_ + gatherRoom;
     // A program of one leaf reads it from its slot.
     rootSlot_ = slotOf.back();
-    leafCount_ = static_cast<std::uint32_t>(leafSources_.size());
-    instructionCount_ = static_cast<std::uint32_t>(instructions_.size());
     numbersOnly_ = true;
     valueSkipsErrors_ = !valueNeedsErrors_;
     assumeErrors(sourceOf, leafErrorOf);
+    mergeSteps();
+    leafCount_ = static_cast<std::uint32_t>(leafSources_.size());
+    instructionCount_ = static_cast<std::uint32_t>(instructions_.size());
 }
 
 // Works out every step's error on the assumption that no step whose error
@@ -263,11 +286,14 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
         bool known = false;
         withRules<Assumed>(static_cast<Operation>(compiled.operation), [&](auto pair) {
             using Pair = decltype(pair);
+            // Steps are merged only after this.
             if constexpr (!numbers::kCalls<Pair>) {
-                const std::uint32_t error = Pair::error(operands);
-                if (operands.readsValue()) return;
-                assumed[index] = error;
-                known = true;
+                if constexpr (!Pair::kMerged) {
+                    const std::uint32_t error = Pair::error(operands);
+                    if (operands.readsValue()) return;
+                    assumed[index] = error;
+                    known = true;
+                }
             }
         });
         if (known) continue;
@@ -282,6 +308,35 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
         for (std::uint32_t i = 0; i < step.operandCount; ++i) compiled.assumedErrors[i] = errors[i];
     }
     assumedRootError_ = assumed.back();
+}
+
+// Merges each step of two leaves into the next step where that one's right
+// operand is it and its left the result before it: one dispatch for both.
+void CompiledFormula::mergeSteps() {
+    std::vector<Instruction> kept;
+    std::vector<Call> keptCalls;
+    for (std::size_t index = 0; index < instructions_.size(); ++index) {
+        const Instruction& inner = instructions_[index];
+        if (index + 1 < instructions_.size()) {
+            const Instruction& outer = instructions_[index + 1];
+            const Operation code = numbers::merged(static_cast<Operation>(inner.operation),
+                                                   static_cast<Operation>(outer.operation));
+            if (code != Operation::Call && outer.operands[1] == inner.result) {
+                Instruction both = inner;
+                both.operation = static_cast<std::uint8_t>(code);
+                both.operands[0] = outer.operands[0];
+                both.result = outer.result;
+                kept.push_back(both);
+                keptCalls.push_back(calls_[index + 1]);
+                ++index;
+                continue;
+            }
+        }
+        kept.push_back(inner);
+        keptCalls.push_back(calls_[index]);
+    }
+    instructions_ = std::move(kept);
+    calls_ = std::move(keptCalls);
 }
 
 // Inlined into its callers, so that a short formula pays for one call only.
@@ -323,6 +378,23 @@ template <CompiledFormula::Errors errorWork>
                                              instruction.list);
                 number = call.rules->number(*call.node, gathered);
                 if (computeErrors) error = call.rules->error(*call.node, gathered);
+            } else if constexpr (Pair::kMerged) {
+                // The inner step's result is read by the outer alone, so it
+                // goes to no slot; the left operand's error is in its slot.
+                using Inner = typename Pair::Inner;
+                const typename Inner::Operands inner(numbers, errors, instruction.operands, 2, false,
+                                                     instruction.leaves, instruction.assumedErrors, previous);
+                const double innerNumber = Inner::number(inner);
+                std::uint32_t leftError = ErrNone;
+                std::uint32_t innerError = ErrNone;
+                if constexpr (computeErrors) {
+                    leftError = errors[instruction.operands[0]];
+                    innerError = Inner::error(inner);
+                }
+                using Outer = numbers::RulesOf<Pair::kOuter, const ResultOperands>;
+                const ResultOperands outer(previous, innerNumber, leftError, innerError);
+                number = Outer::number(outer);
+                if constexpr (computeErrors) error = Outer::error(outer);
             } else {
                 using Operands = typename Pair::Operands;
                 // An operation with leaves read in place is never a range's.
