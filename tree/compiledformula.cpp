@@ -58,9 +58,8 @@ namespace {
 
 }  // namespace
 
-double CompiledFormula::f64Evaluate() const {
-    // One test on the common path: a number program whose value needs no error.
-    if (valueSkipsErrors_) return runNumbersInPlace<Errors::Skip>().number;
+// The value when f64Evaluate (numberprogram.cpp) cannot run it in place.
+double CompiledFormula::valueOutOfLine() const {
     if (numbersOnly_) return runNumbers(Errors::Skip).number;
     return generalNumber(*this);
 }

@@ -72,6 +72,9 @@ private:
     void compileNumbers();
     void assumeErrors(const std::vector<const double*>& sourceOf, const std::vector<std::uint32_t>& leafErrorOf);
     void mergeSteps();
+    // Most formulas fit their slots on the stack; a long one gets its own.
+    static constexpr std::size_t kInlineSlots = 64;
+    double valueOutOfLine() const;
     NumberAnswer runNumbers(Errors errors) const;
     template <Errors errorWork>
     NumberAnswer runNumbersInPlace() const;
@@ -94,7 +97,7 @@ private:
     std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side
     std::uint32_t rootSlot_ = 0;
     bool valueNeedsErrors_ = false;        // ISERROR, or a called rule, may read an operand's error
-    bool valueSkipsErrors_ = false;        // a number program whose value needs no error
+    bool valueInPlace_ = false;            // a number program whose value needs no error, in kInlineSlots
     bool errorsAssumed_ = true;            // false when a step's error can be neither assumed nor confirmed
     std::uint32_t assumedRootError_ = ErrNone;  // the root's error when every check holds
 };

@@ -245,11 +245,11 @@ void CompiledFormula::compileNumbers() {
     // A program of one leaf reads it from its slot.
     rootSlot_ = slotOf.back();
     numbersOnly_ = true;
-    valueSkipsErrors_ = !valueNeedsErrors_;
     assumeErrors(sourceOf, leafErrorOf);
     mergeSteps();
     leafCount_ = static_cast<std::uint32_t>(leafSources_.size());
     instructionCount_ = static_cast<std::uint32_t>(instructions_.size());
+    valueInPlace_ = !valueNeedsErrors_ && slotCount_ <= kInlineSlots;
 }
 
 // Works out every step's error on the assumption that no step whose error
@@ -428,9 +428,7 @@ template <CompiledFormula::Errors errorWork>
 // Flattened: every rule the switch names is inlined into the loop.
 template <CompiledFormula::Errors errorWork>
 [[gnu::flatten]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersInPlace() const {
-    // Most formulas fit slots in place, left unset: each is written before
-    // it is read. A long formula gets its own.
-    constexpr std::size_t kInlineSlots = 64;
+    // Slots left unset: each is written before it is read.
     if (slotCount_ > kInlineSlots) return runNumbersOnHeap<errorWork>();
     double numbers[kInlineSlots];
     std::uint32_t errors[kInlineSlots];
@@ -454,7 +452,13 @@ CompiledFormula::NumberAnswer CompiledFormula::runNumbers(Errors errors) const {
     return runNumbersInPlace<Errors::Check>();
 }
 
-// The value's own entry, called straight from f64Evaluate.
-template CompiledFormula::NumberAnswer CompiledFormula::runNumbersInPlace<CompiledFormula::Errors::Skip>() const;
+// The common case of the value runs here, flattened, so that a short formula
+// pays for one call and one test.
+[[gnu::flatten]] double CompiledFormula::f64Evaluate() const {
+    if (!valueInPlace_) return valueOutOfLine();
+    double numbers[kInlineSlots];
+    std::uint32_t errors[kInlineSlots];
+    return runNumbers<Errors::Skip>(numbers, errors).number;
+}
 
 }  // namespace cellformula
