@@ -47,7 +47,10 @@ enum class Operation : std::uint8_t {
     AddIntoAdd, SubtractIntoAdd, MultiplyIntoAdd, DivideIntoAdd, PowerIntoAdd, AddIntoSubtract, SubtractIntoSubtract,
     MultiplyIntoSubtract, DivideIntoSubtract, PowerIntoSubtract, AddIntoMultiply, SubtractIntoMultiply,
     MultiplyIntoMultiply, DivideIntoMultiply, PowerIntoMultiply, AddIntoDivide, SubtractIntoDivide,
-    MultiplyIntoDivide, DivideIntoDivide, PowerIntoDivide
+    MultiplyIntoDivide, DivideIntoDivide, PowerIntoDivide,
+    // The same with an inner step whose error a run confirms.
+    DivideCheckedIntoAdd, PowerCheckedIntoAdd, DivideCheckedIntoSubtract, PowerCheckedIntoSubtract,
+    DivideCheckedIntoMultiply, PowerCheckedIntoMultiply, DivideCheckedIntoDivide, PowerCheckedIntoDivide
 };
 
 // Each code with a confirmed variant, in the order of the variants.
@@ -65,6 +68,7 @@ constexpr Operation kCheckable[] = {
 constexpr Operation kMergedOuter[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide};
 constexpr Operation kMergedInner[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide,
                                       Operation::Power};
+constexpr Operation kMergedConfirmedInner[] = {Operation::Divide, Operation::Power};
 
 // The confirmed variant of a code, or Call when it has none.
 inline Operation checked(Operation operation) {
@@ -111,7 +115,7 @@ inline Operation withOperands(Operation operation, unsigned leaves, std::size_t 
 
 // The code of an inner step of two leaves merged into the outer step that
 // reads it, from the codes each has on its own; Call when they do not merge
-// (a step whose error a run confirms keeps its own instruction).
+// (an outer step whose error a run confirms keeps its own instruction).
 inline Operation merged(Operation innerCode, Operation outerCode) {
     constexpr std::size_t kInnerCount = sizeof kMergedInner / sizeof kMergedInner[0];
     for (std::size_t o = 0; o < sizeof kMergedOuter / sizeof kMergedOuter[0]; ++o) {
@@ -119,6 +123,12 @@ inline Operation merged(Operation innerCode, Operation outerCode) {
         for (std::size_t i = 0; i < kInnerCount; ++i) {
             if (withOperands(kMergedInner[i], 3, 2, false) != innerCode) continue;
             return static_cast<Operation>(static_cast<unsigned>(Operation::AddIntoAdd) + o * kInnerCount + i);
+        }
+        constexpr std::size_t kConfirmedCount = sizeof kMergedConfirmedInner / sizeof kMergedConfirmedInner[0];
+        for (std::size_t i = 0; i < kConfirmedCount; ++i) {
+            if (checked(withOperands(kMergedConfirmedInner[i], 3, 2, false)) != innerCode) continue;
+            return static_cast<Operation>(static_cast<unsigned>(Operation::DivideCheckedIntoAdd) +
+                                          o * kConfirmedCount + i);
         }
     }
     return Operation::Call;
@@ -218,9 +228,9 @@ struct Choice : RulesOf<operation, O> {
 
 // The two steps of a merged instruction: the inner over its two leaves, and
 // the outer operation, whose rules run over the previous result and the inner's.
-template <Operation outer, Operation inner, template <unsigned> class OperandsOf>
+template <Operation outer, Operation inner, template <unsigned> class OperandsOf, bool innerConfirms = false>
 struct Merged {
-    using Inner = Choice<inner, OperandsOf<3>>;
+    using Inner = Choice<inner, OperandsOf<3>, innerConfirms>;
     static constexpr Operation kOuter = outer;
     static constexpr bool kMerged = true;
 };
@@ -400,6 +410,22 @@ template <template <unsigned> class OperandsOf, typename Visit>
             return visit(Merged<Operation::Divide, Operation::Divide, OperandsOf>{}), true;
         case Operation::PowerIntoDivide:
             return visit(Merged<Operation::Divide, Operation::Power, OperandsOf>{}), true;
+        case Operation::DivideCheckedIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Divide, OperandsOf, true>{}), true;
+        case Operation::PowerCheckedIntoAdd:
+            return visit(Merged<Operation::Add, Operation::Power, OperandsOf, true>{}), true;
+        case Operation::DivideCheckedIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Divide, OperandsOf, true>{}), true;
+        case Operation::PowerCheckedIntoSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Power, OperandsOf, true>{}), true;
+        case Operation::DivideCheckedIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Divide, OperandsOf, true>{}), true;
+        case Operation::PowerCheckedIntoMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Power, OperandsOf, true>{}), true;
+        case Operation::DivideCheckedIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Divide, OperandsOf, true>{}), true;
+        case Operation::PowerCheckedIntoDivide:
+            return visit(Merged<Operation::Divide, Operation::Power, OperandsOf, true>{}), true;
         // Every code a program holds is one of the above: the jump needs no range test.
         default: __builtin_unreachable();
     }

@@ -385,6 +385,11 @@ template <CompiledFormula::Errors errorWork>
                 const typename Inner::Operands inner(numbers, errors, instruction.operands, 2, false,
                                                      instruction.leaves, instruction.assumedErrors, previous);
                 const double innerNumber = Inner::number(inner);
+                if constexpr (errorWork == Errors::Check && Inner::kConfirms) {
+                    const typename Inner::Operands checked(numbers, instruction.operands, 2, instruction.leaves,
+                                                           instruction.assumedErrors, previous);
+                    if (Inner::error(checked) != ErrNone) assumptionHolds = false;
+                }
                 std::uint32_t leftError = ErrNone;
                 std::uint32_t innerError = ErrNone;
                 if constexpr (computeErrors) {
