@@ -92,6 +92,8 @@ private:
     std::vector<std::uint32_t> leafErrors_;  // a leaf's error, which its record fixes once for all
     std::vector<Instruction> instructions_;
     std::vector<std::uint32_t> listSlots_;
+    std::vector<const double*> listLeaves_;      // where the leaves of a range read in place live
+    std::vector<std::uint32_t> listLeafErrors_;  // and their errors
     std::vector<Call> calls_;              // one per instruction, read only by those without an inline case
     std::size_t slotCount_ = 0;
     std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side

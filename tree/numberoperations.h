@@ -50,7 +50,9 @@ enum class Operation : std::uint8_t {
     MultiplyIntoDivide, DivideIntoDivide, PowerIntoDivide,
     // The same with an inner step whose error a run confirms.
     DivideCheckedIntoAdd, PowerCheckedIntoAdd, DivideCheckedIntoSubtract, PowerCheckedIntoSubtract,
-    DivideCheckedIntoMultiply, PowerCheckedIntoMultiply, DivideCheckedIntoDivide, PowerCheckedIntoDivide
+    DivideCheckedIntoMultiply, PowerCheckedIntoMultiply, DivideCheckedIntoDivide, PowerCheckedIntoDivide,
+    // The operations over a range again, for a range of leaves read where they live.
+    AddLeafList, AndLeafList, OrLeafList, MinLeafList, MaxLeafList
 };
 
 // Each code with a confirmed variant, in the order of the variants.
@@ -69,6 +71,19 @@ constexpr Operation kMergedOuter[] = {Operation::Add, Operation::Subtract, Opera
 constexpr Operation kMergedInner[] = {Operation::Add, Operation::Subtract, Operation::Multiply, Operation::Divide,
                                       Operation::Power};
 constexpr Operation kMergedConfirmedInner[] = {Operation::Divide, Operation::Power};
+
+// The operations over a range whose leaves may be read in place, in the order of their codes.
+constexpr Operation kLeafListFusable[] = {Operation::Add, Operation::And, Operation::Or, Operation::Min, Operation::Max};
+
+// The code of an operation over a range of leaves read in place, or the operation itself.
+inline Operation withLeafList(Operation operation) {
+    for (std::size_t i = 0; i < sizeof kLeafListFusable / sizeof kLeafListFusable[0]; ++i) {
+        if (kLeafListFusable[i] == operation) {
+            return static_cast<Operation>(static_cast<unsigned>(Operation::AddLeafList) + i);
+        }
+    }
+    return operation;
+}
 
 // The confirmed variant of a code, or Call when it has none.
 inline Operation checked(Operation operation) {
@@ -426,6 +441,11 @@ template <template <unsigned> class OperandsOf, typename Visit>
             return visit(Merged<Operation::Divide, Operation::Divide, OperandsOf, true>{}), true;
         case Operation::PowerCheckedIntoDivide:
             return visit(Merged<Operation::Divide, Operation::Power, OperandsOf, true>{}), true;
+        case Operation::AddLeafList: return visit(Choice<Operation::Add, OperandsOf<16>>{}), true;
+        case Operation::AndLeafList: return visit(Choice<Operation::And, OperandsOf<16>>{}), true;
+        case Operation::OrLeafList: return visit(Choice<Operation::Or, OperandsOf<16>>{}), true;
+        case Operation::MinLeafList: return visit(Choice<Operation::Min, OperandsOf<16>>{}), true;
+        case Operation::MaxLeafList: return visit(Choice<Operation::Max, OperandsOf<16>>{}), true;
         // Every code a program holds is one of the above: the jump needs no range test.
         default: __builtin_unreachable();
     }

@@ -37,13 +37,15 @@ using numbers::OnStack;
 using numbers::checked;
 using numbers::isFusable;
 using numbers::operationOf;
+using numbers::withLeafList;
 using numbers::withOperands;
 using numbers::withRules;
 
 // An instruction's operands, read from the slots the leaves and the earlier
 // instructions filled, or where `shape` says otherwise: bits 0 and 1 name
 // the first and second operand as leaves read where they live, bits 2 and 3
-// as the previous instruction's result, which the run keeps at hand. All of
+// as the previous instruction's result, which the run keeps at hand, and bit
+// 4 every operand of a range as a leaf read where it lives. All of
 // them are numbers. Their errors are read from the slots too, or from the
 // instruction's list, which holds a leaf's own error and, for a step being
 // confirmed, what compiling assumed of every operand.
@@ -60,8 +62,9 @@ public:
         : numbers_(numbers), errors_(assumedErrors), slots_(slots), errorSlots_(kInOrder), leafNumbers_(leafNumbers),
           leafErrors_(assumedErrors), previous_(previous), count_(count), list_(false) {}
 
-    // An operation whose operands have a shape is never a range's.
-    static constexpr bool kFixedCount = shape != 0;
+    // An operation whose operands have a shape is never a range's, but for a range of leaves.
+    static constexpr bool kFixedCount = (shape & 15u) != 0;
+    static constexpr bool kLeafList = (shape & 16u) != 0;
 
     std::size_t count() const { return count_; }
     bool isList() const { return list_; }
@@ -81,7 +84,7 @@ public:
 
 private:
     static constexpr std::uint32_t kInOrder[3] = {0, 1, 2};
-    static bool isLeaf(std::size_t i) { return i < 2 && ((shape >> i) & 1u) != 0; }
+    static bool isLeaf(std::size_t i) { return kLeafList || (i < 2 && ((shape >> i) & 1u) != 0); }
     static bool isPrevious(std::size_t i) { return i < 2 && ((shape >> (i + 2)) & 1u) != 0; }
 
     const double* numbers_;
@@ -178,7 +181,18 @@ void CompiledFormula::compileNumbers() {
     std::vector<bool> readInPlace(steps_.size(), false);
     for (std::size_t index = 0; index < steps_.size(); ++index) {
         const Step& step = steps_[index];
-        if (!isFusable(operationOfStep[index]) || isList(*step.node) || step.operandCount > 2) continue;
+        if (isList(*step.node)) {
+            // A range is read in place only when every operand is a leaf.
+            if (withLeafList(operationOfStep[index]) == operationOfStep[index]) continue;
+            bool allLeaves = true;
+            for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+                allLeaves = allLeaves && sourceOf[operands_[step.firstOperand + i]] != nullptr;
+            }
+            if (!allLeaves) continue;
+            for (std::uint32_t i = 0; i < step.operandCount; ++i) readInPlace[operands_[step.firstOperand + i]] = true;
+            continue;
+        }
+        if (!isFusable(operationOfStep[index]) || step.operandCount > 2) continue;
         for (std::uint32_t i = 0; i < step.operandCount; ++i) {
             const std::uint32_t operandStep = operands_[step.firstOperand + i];
             readInPlace[operandStep] = sourceOf[operandStep] != nullptr;
@@ -213,6 +227,23 @@ void CompiledFormula::compileNumbers() {
         // Only a range has more than three operands.
         const bool spread = instruction.list;
         if (spread) instruction.operands[0] = static_cast<std::uint32_t>(listSlots_.size());
+        const bool leafList = spread && step.operandCount > 0 && readInPlace[operands_[step.firstOperand]];
+        if (leafList) {
+            instruction.operands[0] = static_cast<std::uint32_t>(listLeaves_.size());
+            for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+                const std::uint32_t operandStep = operands_[step.firstOperand + i];
+                listLeaves_.push_back(sourceOf[operandStep]);
+                listLeafErrors_.push_back(leafErrorOf[operandStep]);
+            }
+            instruction.operation = static_cast<std::uint8_t>(withLeafList(operation));
+            slotOf[index] = static_cast<std::uint32_t>(leafCount + depth);
+            instruction.result = slotOf[index];
+            ++depth;
+            resultRoom = std::max(resultRoom, depth);
+            instructions_.push_back(instruction);
+            calls_.push_back({step.node, stackRules});
+            continue;
+        }
         unsigned leaves = 0;
         for (std::uint32_t i = 0; i < step.operandCount; ++i) {
             const std::uint32_t operandStep = operands_[step.firstOperand + i];
@@ -404,9 +435,14 @@ template <CompiledFormula::Errors errorWork>
                 using Operands = typename Pair::Operands;
                 // An operation with leaves read in place is never a range's.
                 const bool list = Pair::list && !Operands::kFixedCount && instruction.list;
+                const double* const* leaves = instruction.leaves;
+                const std::uint32_t* leafErrors = instruction.assumedErrors;
+                if constexpr (Operands::kLeafList) {
+                    leaves = listLeaves_.data() + instruction.operands[0];
+                    leafErrors = listLeafErrors_.data() + instruction.operands[0];
+                }
                 const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
-                                        instruction.count, list, instruction.leaves, instruction.assumedErrors,
-                                        previous);
+                                        instruction.count, list, leaves, leafErrors, previous);
                 number = Pair::number(operands);
                 if constexpr (computeErrors) error = Pair::error(operands);
                 if constexpr (errorWork == Errors::Check) {
