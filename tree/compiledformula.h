@@ -55,7 +55,7 @@ private:
         // The errors of leaves read in place and, for a step whose error a run
         // confirms, the operands' errors as compiling assumed them.
         std::uint32_t assumedErrors[3];
-        const double* leaves[2];         // where the leaves read in place live
+        const double* leaves[3];         // where the leaves read in place live (a third: merged steps)
     };
     // The rules an instruction without an inline case calls.
     struct Call {

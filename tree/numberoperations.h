@@ -52,7 +52,16 @@ enum class Operation : std::uint8_t {
     DivideCheckedIntoAdd, PowerCheckedIntoAdd, DivideCheckedIntoSubtract, PowerCheckedIntoSubtract,
     DivideCheckedIntoMultiply, PowerCheckedIntoMultiply, DivideCheckedIntoDivide, PowerCheckedIntoDivide,
     // The operations over a range again, for a range of leaves read where they live.
-    AddLeafList, AndLeafList, OrLeafList, MinLeafList, MaxLeafList
+    AddLeafList, AndLeafList, OrLeafList, MinLeafList, MaxLeafList,
+    // Two steps in one instruction the other way round: the inner step's
+    // result is the left operand of the next, whose right operand is a third
+    // leaf read in place. MultiplyThenAdd runs a * b + c.
+    AddThenAdd, SubtractThenAdd, MultiplyThenAdd, DivideThenAdd, PowerThenAdd, AddThenSubtract, SubtractThenSubtract,
+    MultiplyThenSubtract, DivideThenSubtract, PowerThenSubtract, AddThenMultiply, SubtractThenMultiply,
+    MultiplyThenMultiply, DivideThenMultiply, PowerThenMultiply, AddThenDivide, SubtractThenDivide,
+    MultiplyThenDivide, DivideThenDivide, PowerThenDivide, DivideCheckedThenAdd, PowerCheckedThenAdd,
+    DivideCheckedThenSubtract, PowerCheckedThenSubtract, DivideCheckedThenMultiply, PowerCheckedThenMultiply,
+    DivideCheckedThenDivide, PowerCheckedThenDivide
 };
 
 // Each code with a confirmed variant, in the order of the variants.
@@ -130,23 +139,35 @@ inline Operation withOperands(Operation operation, unsigned leaves, std::size_t 
 
 // The code of an inner step of two leaves merged into the outer step that
 // reads it, from the codes each has on its own; Call when they do not merge
-// (an outer step whose error a run confirms keeps its own instruction).
+// (an outer step whose error a run confirms keeps its own instruction). The
+// outer takes the previous result on its left and the inner's on its right,
+// or the inner's on its left and a leaf on its right.
 inline Operation merged(Operation innerCode, Operation outerCode) {
     constexpr std::size_t kInnerCount = sizeof kMergedInner / sizeof kMergedInner[0];
+    constexpr std::size_t kConfirmedCount = sizeof kMergedConfirmedInner / sizeof kMergedConfirmedInner[0];
     for (std::size_t o = 0; o < sizeof kMergedOuter / sizeof kMergedOuter[0]; ++o) {
-        if (withOperands(kMergedOuter[o], 0, 2, false) != outerCode) continue;
+        // The inner step on the outer's right (Into), or on its left before a leaf (Then).
+        const bool into = withOperands(kMergedOuter[o], 0, 2, false) == outerCode;
+        const bool then = withOperands(kMergedOuter[o], 2, 2, false) == outerCode;
+        if (!into && !then) continue;
+        const auto plain = static_cast<unsigned>(into ? Operation::AddIntoAdd : Operation::AddThenAdd);
+        const auto confirmed =
+            static_cast<unsigned>(into ? Operation::DivideCheckedIntoAdd : Operation::DivideCheckedThenAdd);
         for (std::size_t i = 0; i < kInnerCount; ++i) {
             if (withOperands(kMergedInner[i], 3, 2, false) != innerCode) continue;
-            return static_cast<Operation>(static_cast<unsigned>(Operation::AddIntoAdd) + o * kInnerCount + i);
+            return static_cast<Operation>(plain + o * kInnerCount + i);
         }
-        constexpr std::size_t kConfirmedCount = sizeof kMergedConfirmedInner / sizeof kMergedConfirmedInner[0];
         for (std::size_t i = 0; i < kConfirmedCount; ++i) {
             if (checked(withOperands(kMergedConfirmedInner[i], 3, 2, false)) != innerCode) continue;
-            return static_cast<Operation>(static_cast<unsigned>(Operation::DivideCheckedIntoAdd) +
-                                          o * kConfirmedCount + i);
+            return static_cast<Operation>(confirmed + o * kConfirmedCount + i);
         }
     }
     return Operation::Call;
+}
+
+// Whether a merged code puts the inner step on the outer's left.
+inline bool innerOnLeft(Operation mergedCode) {
+    return mergedCode >= Operation::AddThenAdd;
 }
 
 // An operation of one or two operands, whose leaves are read in place.
@@ -242,12 +263,15 @@ struct Choice : RulesOf<operation, O> {
 };
 
 // The two steps of a merged instruction: the inner over its two leaves, and
-// the outer operation, whose rules run over the previous result and the inner's.
-template <Operation outer, Operation inner, template <unsigned> class OperandsOf, bool innerConfirms = false>
+// the outer operation, whose rules run over the previous result and the
+// inner's, or over the inner's and a third leaf.
+template <Operation outer, Operation inner, template <unsigned> class OperandsOf, bool innerConfirms = false,
+          bool onLeft = false>
 struct Merged {
     using Inner = Choice<inner, OperandsOf<3>, innerConfirms>;
     static constexpr Operation kOuter = outer;
     static constexpr bool kMerged = true;
+    static constexpr bool kInnerOnLeft = onLeft;  // the outer's right operand is a third leaf
 };
 
 // What the switch below hands `visit` for an instruction that calls its node's
@@ -446,6 +470,62 @@ template <template <unsigned> class OperandsOf, typename Visit>
         case Operation::OrLeafList: return visit(Choice<Operation::Or, OperandsOf<16>>{}), true;
         case Operation::MinLeafList: return visit(Choice<Operation::Min, OperandsOf<16>>{}), true;
         case Operation::MaxLeafList: return visit(Choice<Operation::Max, OperandsOf<16>>{}), true;
+        case Operation::AddThenAdd:
+            return visit(Merged<Operation::Add, Operation::Add, OperandsOf, false, true>{}), true;
+        case Operation::SubtractThenAdd:
+            return visit(Merged<Operation::Add, Operation::Subtract, OperandsOf, false, true>{}), true;
+        case Operation::MultiplyThenAdd:
+            return visit(Merged<Operation::Add, Operation::Multiply, OperandsOf, false, true>{}), true;
+        case Operation::DivideThenAdd:
+            return visit(Merged<Operation::Add, Operation::Divide, OperandsOf, false, true>{}), true;
+        case Operation::PowerThenAdd:
+            return visit(Merged<Operation::Add, Operation::Power, OperandsOf, false, true>{}), true;
+        case Operation::AddThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Add, OperandsOf, false, true>{}), true;
+        case Operation::SubtractThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Subtract, OperandsOf, false, true>{}), true;
+        case Operation::MultiplyThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Multiply, OperandsOf, false, true>{}), true;
+        case Operation::DivideThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Divide, OperandsOf, false, true>{}), true;
+        case Operation::PowerThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Power, OperandsOf, false, true>{}), true;
+        case Operation::AddThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Add, OperandsOf, false, true>{}), true;
+        case Operation::SubtractThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Subtract, OperandsOf, false, true>{}), true;
+        case Operation::MultiplyThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Multiply, OperandsOf, false, true>{}), true;
+        case Operation::DivideThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Divide, OperandsOf, false, true>{}), true;
+        case Operation::PowerThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Power, OperandsOf, false, true>{}), true;
+        case Operation::AddThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Add, OperandsOf, false, true>{}), true;
+        case Operation::SubtractThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Subtract, OperandsOf, false, true>{}), true;
+        case Operation::MultiplyThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Multiply, OperandsOf, false, true>{}), true;
+        case Operation::DivideThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Divide, OperandsOf, false, true>{}), true;
+        case Operation::PowerThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Power, OperandsOf, false, true>{}), true;
+        case Operation::DivideCheckedThenAdd:
+            return visit(Merged<Operation::Add, Operation::Divide, OperandsOf, true, true>{}), true;
+        case Operation::PowerCheckedThenAdd:
+            return visit(Merged<Operation::Add, Operation::Power, OperandsOf, true, true>{}), true;
+        case Operation::DivideCheckedThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Divide, OperandsOf, true, true>{}), true;
+        case Operation::PowerCheckedThenSubtract:
+            return visit(Merged<Operation::Subtract, Operation::Power, OperandsOf, true, true>{}), true;
+        case Operation::DivideCheckedThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Divide, OperandsOf, true, true>{}), true;
+        case Operation::PowerCheckedThenMultiply:
+            return visit(Merged<Operation::Multiply, Operation::Power, OperandsOf, true, true>{}), true;
+        case Operation::DivideCheckedThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Divide, OperandsOf, true, true>{}), true;
+        case Operation::PowerCheckedThenDivide:
+            return visit(Merged<Operation::Divide, Operation::Power, OperandsOf, true, true>{}), true;
         // Every code a program holds is one of the above: the jump needs no range test.
         default: __builtin_unreachable();
     }

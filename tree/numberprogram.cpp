@@ -223,7 +223,7 @@ void CompiledFormula::compileNumbers() {
         }
         const Operation operation = operationOfStep[index];
         Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), step.operandCount,
-                                {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}, {nullptr, nullptr}};
+                                {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}, {nullptr, nullptr, nullptr}};
         // Only a range has more than three operands.
         const bool spread = instruction.list;
         if (spread) instruction.operands[0] = static_cast<std::uint32_t>(listSlots_.size());
@@ -342,7 +342,8 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
 }
 
 // Merges each step of two leaves into the next step where that one's right
-// operand is it and its left the result before it: one dispatch for both.
+// operand is it and its left the result before it, or where its left operand
+// is it and its right a leaf: one dispatch for both.
 void CompiledFormula::mergeSteps() {
     std::vector<Instruction> kept;
     std::vector<Call> keptCalls;
@@ -352,10 +353,16 @@ void CompiledFormula::mergeSteps() {
             const Instruction& outer = instructions_[index + 1];
             const Operation code = numbers::merged(static_cast<Operation>(inner.operation),
                                                    static_cast<Operation>(outer.operation));
-            if (code != Operation::Call && outer.operands[1] == inner.result) {
+            const bool onLeft = code != Operation::Call && numbers::innerOnLeft(code);
+            if (code != Operation::Call && (onLeft || outer.operands[1] == inner.result)) {
                 Instruction both = inner;
                 both.operation = static_cast<std::uint8_t>(code);
-                both.operands[0] = outer.operands[0];
+                if (onLeft) {
+                    both.leaves[2] = outer.leaves[1];
+                    both.assumedErrors[2] = outer.assumedErrors[1];
+                } else {
+                    both.operands[0] = outer.operands[0];
+                }
                 both.result = outer.result;
                 kept.push_back(both);
                 keptCalls.push_back(calls_[index + 1]);
@@ -421,28 +428,36 @@ template <CompiledFormula::Errors errorWork>
                                                            instruction.assumedErrors, previous);
                     if (Inner::error(checked) != ErrNone) assumptionHolds = false;
                 }
-                std::uint32_t leftError = ErrNone;
                 std::uint32_t innerError = ErrNone;
-                if constexpr (computeErrors) {
-                    leftError = errors[instruction.operands[0]];
-                    innerError = Inner::error(inner);
-                }
+                if constexpr (computeErrors) innerError = Inner::error(inner);
                 using Outer = numbers::RulesOf<Pair::kOuter, const ResultOperands>;
-                const ResultOperands outer(previous, innerNumber, leftError, innerError);
+                const ResultOperands outer = [&] {
+                    if constexpr (Pair::kInnerOnLeft) {
+                        return ResultOperands(innerNumber, *instruction.leaves[2], innerError,
+                                              instruction.assumedErrors[2]);
+                    } else {
+                        return ResultOperands(previous, innerNumber,
+                                              computeErrors ? errors[instruction.operands[0]] : ErrNone, innerError);
+                    }
+                }();
                 number = Outer::number(outer);
                 if constexpr (computeErrors) error = Outer::error(outer);
             } else {
                 using Operands = typename Pair::Operands;
                 // An operation with leaves read in place is never a range's.
                 const bool list = Pair::list && !Operands::kFixedCount && instruction.list;
+                const std::uint32_t* slots = instruction.operands;
                 const double* const* leaves = instruction.leaves;
                 const std::uint32_t* leafErrors = instruction.assumedErrors;
                 if constexpr (Operands::kLeafList) {
+                    // A range of leaves has no slots; its first operand says where its leaves start.
                     leaves = listLeaves_.data() + instruction.operands[0];
                     leafErrors = listLeafErrors_.data() + instruction.operands[0];
+                } else if (list) {
+                    slots = lists + instruction.operands[0];
                 }
-                const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
-                                        instruction.count, list, leaves, leafErrors, previous);
+                const Operands operands(numbers, errors, slots, instruction.count, list, leaves, leafErrors,
+                                        previous);
                 number = Pair::number(operands);
                 if constexpr (computeErrors) error = Pair::error(operands);
                 if constexpr (errorWork == Errors::Check) {
