@@ -43,14 +43,17 @@ private:
     };
 
     // The number program, used when every node of the tree is a number whose
-    // answers depend on its operands' numbers: the leaves are copied into
-    // slots first, then each instruction reads its operands' slots and
-    // writes its own, running the common rules inline (numberprogram.cpp).
+    // answers depend on its operands' numbers: the leaves that are not read
+    // where they live are copied into slots first, then each instruction
+    // reads its operands (from slots, in place, or the previous result) and
+    // writes its own slot, running the common rules inline (numberprogram.cpp).
     struct Instruction {
         std::uint8_t operation;     // which rules to run (numberoperations.h)
         bool list;
         std::uint32_t count;
-        std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
+        // Each operand's slot; for a range, where its slots start in listSlots_,
+        // or, for a range of leaves read in place, where they start in listLeaves_.
+        std::uint32_t operands[3];
         std::uint32_t result;
         // The errors of leaves read in place and, for a step whose error a run
         // confirms, the operands' errors as compiling assumed them.

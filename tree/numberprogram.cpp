@@ -99,7 +99,7 @@ private:
 };
 
 // The outer step of a merged instruction's operands: the previous result and
-// the inner step's, both numbers, with their errors.
+// the inner step's, or the inner step's and a third leaf; numbers, with their errors.
 class ResultOperands {
 public:
     ResultOperands(double left, double right, std::uint32_t leftError, std::uint32_t rightError)
