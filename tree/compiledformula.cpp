@@ -58,7 +58,8 @@ namespace {
 
 }  // namespace
 
-double CompiledFormula::f64Evaluate() const {
+// The value when f64Evaluate (numberprogram.cpp) cannot run it in place.
+double CompiledFormula::valueOutOfLine() const {
     if (numbersOnly_) return runNumbers(Errors::Skip).number;
     return generalNumber(*this);
 }

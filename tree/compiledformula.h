@@ -43,19 +43,22 @@ private:
     };
 
     // The number program, used when every node of the tree is a number whose
-    // answers depend on its operands' numbers: the leaves are copied into
-    // slots first, then each instruction reads its operands' slots and
-    // writes its own, running the common rules inline (numberprogram.cpp).
+    // answers depend on its operands' numbers: the leaves that are not read
+    // where they live are copied into slots first, then each instruction
+    // reads its operands (from slots, in place, or the previous result) and
+    // writes its own slot, running the common rules inline (numberprogram.cpp).
     struct Instruction {
         std::uint8_t operation;     // which rules to run (numberoperations.h)
         bool list;
         std::uint32_t count;
-        std::uint32_t operands[3];  // each operand's slot; for a list, where its slots start in listSlots_
+        // Each operand's slot; for a range, where its slots start in listSlots_,
+        // or, for a range of leaves read in place, where they start in listLeaves_.
+        std::uint32_t operands[3];
         std::uint32_t result;
         // The errors of leaves read in place and, for a step whose error a run
         // confirms, the operands' errors as compiling assumed them.
         std::uint32_t assumedErrors[3];
-        const double* leaves[2];         // where the leaves read in place live
+        const double* leaves[3];         // where the leaves read in place live (a third: merged steps)
     };
     // The rules an instruction without an inline case calls.
     struct Call {
@@ -71,6 +74,10 @@ private:
     enum class Errors : std::uint8_t { Skip, Check, Compute };
     void compileNumbers();
     void assumeErrors(const std::vector<const double*>& sourceOf, const std::vector<std::uint32_t>& leafErrorOf);
+    void mergeSteps();
+    // Most formulas fit their slots on the stack; a long one gets its own.
+    static constexpr std::size_t kInlineSlots = 64;
+    double valueOutOfLine() const;
     NumberAnswer runNumbers(Errors errors) const;
     template <Errors errorWork>
     NumberAnswer runNumbersInPlace() const;
@@ -83,14 +90,19 @@ private:
     std::vector<std::uint32_t> operands_;  // step numbers of each step's operands, first to last
     bool numbersOnly_ = false;             // false when the tree needs the general program
     std::vector<const double*> leafSources_;
+    std::uint32_t leafCount_ = 0;          // the sizes of leafSources_ and instructions_
+    std::uint32_t instructionCount_ = 0;
     std::vector<std::uint32_t> leafErrors_;  // a leaf's error, which its record fixes once for all
     std::vector<Instruction> instructions_;
     std::vector<std::uint32_t> listSlots_;
+    std::vector<const double*> listLeaves_;      // where the leaves of a range read in place live
+    std::vector<std::uint32_t> listLeafErrors_;  // and their errors
     std::vector<Call> calls_;              // one per instruction, read only by those without an inline case
     std::size_t slotCount_ = 0;
     std::uint32_t gatherSlot_ = 0;         // where a call's operands are copied side by side
     std::uint32_t rootSlot_ = 0;
     bool valueNeedsErrors_ = false;        // ISERROR, or a called rule, may read an operand's error
+    bool valueInPlace_ = false;            // a number program whose value needs no error, in kInlineSlots
     bool errorsAssumed_ = true;            // false when a step's error can be neither assumed nor confirmed
     std::uint32_t assumedRootError_ = ErrNone;  // the root's error when every check holds
 };

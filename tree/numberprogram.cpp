@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "logic.h"
@@ -36,35 +37,41 @@ using numbers::OnStack;
 using numbers::checked;
 using numbers::isFusable;
 using numbers::operationOf;
-using numbers::withLeaves;
+using numbers::withLeafList;
+using numbers::withOperands;
 using numbers::withRules;
 
 // An instruction's operands, read from the slots the leaves and the earlier
-// instructions filled, or, for the operands `leaves` names (bit 0 the
-// first), from where those leaves live; all of them are numbers. Their
-// errors are read from the slots too, or from the instruction's list, which
-// holds a leaf's own error and, for a step being confirmed, what compiling
-// assumed of every operand.
-template <unsigned leaves>
+// instructions filled, or where `shape` says otherwise: bits 0 and 1 name
+// the first and second operand as leaves read where they live, bits 2 and 3
+// as the previous instruction's result, which the run keeps at hand, and bit
+// 4 every operand of a range as a leaf read where it lives. All of
+// them are numbers. Their errors are read from the slots too, or from the
+// instruction's list, which holds a leaf's own error and, for a step being
+// confirmed, what compiling assumed of every operand.
+template <unsigned shape>
 class SlotOperands {
 public:
     SlotOperands(const double* numbers, const std::uint32_t* errors, const std::uint32_t* slots, std::size_t count,
-                 bool list, const double* const* leafNumbers, const std::uint32_t* leafErrors)
+                 bool list, const double* const* leafNumbers, const std::uint32_t* leafErrors, double previous)
         : numbers_(numbers), errors_(errors), slots_(slots), errorSlots_(slots), leafNumbers_(leafNumbers),
-          leafErrors_(leafErrors), count_(count), list_(list) {}
+          leafErrors_(leafErrors), previous_(previous), count_(count), list_(list) {}
     // Confirming what compiling assumed: every error from the list.
     SlotOperands(const double* numbers, const std::uint32_t* slots, std::size_t count,
-                 const double* const* leafNumbers, const std::uint32_t* assumedErrors)
+                 const double* const* leafNumbers, const std::uint32_t* assumedErrors, double previous)
         : numbers_(numbers), errors_(assumedErrors), slots_(slots), errorSlots_(kInOrder), leafNumbers_(leafNumbers),
-          leafErrors_(assumedErrors), count_(count), list_(false) {}
+          leafErrors_(assumedErrors), previous_(previous), count_(count), list_(false) {}
 
-    static constexpr bool kReadsLeaves = leaves != 0;
+    // An operation whose operands have a shape is never a range's, but for a range of leaves.
+    static constexpr bool kFixedCount = (shape & 15u) != 0;
+    static constexpr bool kLeafList = (shape & 16u) != 0;
 
     std::size_t count() const { return count_; }
     bool isList() const { return list_; }
     bool present(std::size_t) const { return true; }
     double number(std::size_t i) const {
         if (isLeaf(i)) return *leafNumbers_[i];
+        if (isPrevious(i)) return previous_;
         return numbers_[slots_[i]];
     }
     double condition(std::size_t i) const { return number(i); }
@@ -77,7 +84,8 @@ public:
 
 private:
     static constexpr std::uint32_t kInOrder[3] = {0, 1, 2};
-    static bool isLeaf(std::size_t i) { return i < 2 && ((leaves >> i) & 1u) != 0; }
+    static bool isLeaf(std::size_t i) { return kLeafList || (i < 2 && ((shape >> i) & 1u) != 0); }
+    static bool isPrevious(std::size_t i) { return i < 2 && ((shape >> (i + 2)) & 1u) != 0; }
 
     const double* numbers_;
     const std::uint32_t* errors_;
@@ -85,8 +93,30 @@ private:
     const std::uint32_t* errorSlots_;
     const double* const* leafNumbers_;
     const std::uint32_t* leafErrors_;
+    double previous_;
     std::size_t count_;
     bool list_;
+};
+
+// The outer step of a merged instruction's operands: the previous result and
+// the inner step's, or the inner step's and a third leaf; numbers, with their errors.
+class ResultOperands {
+public:
+    ResultOperands(double left, double right, std::uint32_t leftError, std::uint32_t rightError)
+        : numbers_{left, right}, errors_{leftError, rightError} {}
+
+    std::size_t count() const { return 2; }
+    bool isList() const { return false; }
+    bool present(std::size_t) const { return true; }
+    double number(std::size_t i) const { return numbers_[i]; }
+    double condition(std::size_t i) const { return numbers_[i]; }
+    std::string text(std::size_t) const { return std::string(); }
+    std::uint32_t type(std::size_t) const { return ExprNumber; }
+    std::uint32_t error(std::size_t i) const { return errors_[i]; }
+
+private:
+    double numbers_[2];
+    std::uint32_t errors_[2];
 };
 
 // Operands as compiling knows them: each one's assumed error, and the value
@@ -123,8 +153,8 @@ private:
 template <unsigned>
 using Assumed = AssumedOperands;
 
-template <unsigned leaves>
-using InSlots = const SlotOperands<leaves>;
+template <unsigned shape>
+using InSlots = const SlotOperands<shape>;
 
 bool isConstant(const ASTNode& node) {
     return typeid(node) == typeid(CNConstant) || typeid(node) == typeid(CNPi);
@@ -146,13 +176,24 @@ void CompiledFormula::compileNumbers() {
             operationOfStep[index] = operationOf(*stackRules);
         }
     }
-    // A leaf read by a common two-operand operation is read where it lives;
-    // the others are copied into slots first.
+    // A leaf read by an operation of one or two operands is read where it
+    // lives; the others (a range's, an IF's, a call's) are copied into slots first.
     std::vector<bool> readInPlace(steps_.size(), false);
     for (std::size_t index = 0; index < steps_.size(); ++index) {
         const Step& step = steps_[index];
-        if (!isFusable(operationOfStep[index]) || isList(*step.node) || step.operandCount != 2) continue;
-        for (std::uint32_t i = 0; i < 2; ++i) {
+        if (isList(*step.node)) {
+            // A range is read in place only when every operand is a leaf.
+            if (withLeafList(operationOfStep[index]) == operationOfStep[index]) continue;
+            bool allLeaves = true;
+            for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+                allLeaves = allLeaves && sourceOf[operands_[step.firstOperand + i]] != nullptr;
+            }
+            if (!allLeaves) continue;
+            for (std::uint32_t i = 0; i < step.operandCount; ++i) readInPlace[operands_[step.firstOperand + i]] = true;
+            continue;
+        }
+        if (!isFusable(operationOfStep[index]) || step.operandCount > 2) continue;
+        for (std::uint32_t i = 0; i < step.operandCount; ++i) {
             const std::uint32_t operandStep = operands_[step.firstOperand + i];
             readInPlace[operandStep] = sourceOf[operandStep] != nullptr;
         }
@@ -182,10 +223,27 @@ void CompiledFormula::compileNumbers() {
         }
         const Operation operation = operationOfStep[index];
         Instruction instruction{static_cast<std::uint8_t>(operation), isList(*step.node), step.operandCount,
-                                {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}, {nullptr, nullptr}};
+                                {0, 0, 0}, 0, {ErrNone, ErrNone, ErrNone}, {nullptr, nullptr, nullptr}};
         // Only a range has more than three operands.
         const bool spread = instruction.list;
         if (spread) instruction.operands[0] = static_cast<std::uint32_t>(listSlots_.size());
+        const bool leafList = spread && step.operandCount > 0 && readInPlace[operands_[step.firstOperand]];
+        if (leafList) {
+            instruction.operands[0] = static_cast<std::uint32_t>(listLeaves_.size());
+            for (std::uint32_t i = 0; i < step.operandCount; ++i) {
+                const std::uint32_t operandStep = operands_[step.firstOperand + i];
+                listLeaves_.push_back(sourceOf[operandStep]);
+                listLeafErrors_.push_back(leafErrorOf[operandStep]);
+            }
+            instruction.operation = static_cast<std::uint8_t>(withLeafList(operation));
+            slotOf[index] = static_cast<std::uint32_t>(leafCount + depth);
+            instruction.result = slotOf[index];
+            ++depth;
+            resultRoom = std::max(resultRoom, depth);
+            instructions_.push_back(instruction);
+            calls_.push_back({step.node, stackRules});
+            continue;
+        }
         unsigned leaves = 0;
         for (std::uint32_t i = 0; i < step.operandCount; ++i) {
             const std::uint32_t operandStep = operands_[step.firstOperand + i];
@@ -202,7 +260,8 @@ void CompiledFormula::compileNumbers() {
             }
             if (sourceOf[operandStep] == nullptr) --depth;
         }
-        instruction.operation = static_cast<std::uint8_t>(withLeaves(operation, leaves));
+        instruction.operation =
+            static_cast<std::uint8_t>(withOperands(operation, leaves, step.operandCount, instruction.list));
         instruction.result = static_cast<std::uint32_t>(leafCount + depth);
         slotOf[index] = instruction.result;
         ++depth;
@@ -218,6 +277,10 @@ void CompiledFormula::compileNumbers() {
     rootSlot_ = slotOf.back();
     numbersOnly_ = true;
     assumeErrors(sourceOf, leafErrorOf);
+    mergeSteps();
+    leafCount_ = static_cast<std::uint32_t>(leafSources_.size());
+    instructionCount_ = static_cast<std::uint32_t>(instructions_.size());
+    valueInPlace_ = !valueNeedsErrors_ && slotCount_ <= kInlineSlots;
 }
 
 // Works out every step's error on the assumption that no step whose error
@@ -254,10 +317,15 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
         bool known = false;
         withRules<Assumed>(static_cast<Operation>(compiled.operation), [&](auto pair) {
             using Pair = decltype(pair);
-            const std::uint32_t error = Pair::error(operands);
-            if (operands.readsValue()) return;
-            assumed[index] = error;
-            known = true;
+            // Steps are merged only after this.
+            if constexpr (!numbers::kCalls<Pair>) {
+                if constexpr (!Pair::kMerged) {
+                    const std::uint32_t error = Pair::error(operands);
+                    if (operands.readsValue()) return;
+                    assumed[index] = error;
+                    known = true;
+                }
+            }
         });
         if (known) continue;
         // A step whose error a run can confirm is assumed to meet none; any
@@ -273,67 +341,137 @@ void CompiledFormula::assumeErrors(const std::vector<const double*>& sourceOf,
     assumedRootError_ = assumed.back();
 }
 
+// Merges each step of two leaves into the next step where that one's right
+// operand is it and its left the result before it, or where its left operand
+// is it and its right a leaf: one dispatch for both.
+void CompiledFormula::mergeSteps() {
+    std::vector<Instruction> kept;
+    std::vector<Call> keptCalls;
+    for (std::size_t index = 0; index < instructions_.size(); ++index) {
+        const Instruction& inner = instructions_[index];
+        if (index + 1 < instructions_.size()) {
+            const Instruction& outer = instructions_[index + 1];
+            const Operation code = numbers::merged(static_cast<Operation>(inner.operation),
+                                                   static_cast<Operation>(outer.operation));
+            const bool onLeft = code != Operation::Call && numbers::innerOnLeft(code);
+            if (code != Operation::Call && (onLeft || outer.operands[1] == inner.result)) {
+                Instruction both = inner;
+                both.operation = static_cast<std::uint8_t>(code);
+                if (onLeft) {
+                    both.leaves[2] = outer.leaves[1];
+                    both.assumedErrors[2] = outer.assumedErrors[1];
+                } else {
+                    both.operands[0] = outer.operands[0];
+                }
+                both.result = outer.result;
+                kept.push_back(both);
+                keptCalls.push_back(calls_[index + 1]);
+                ++index;
+                continue;
+            }
+        }
+        kept.push_back(inner);
+        keptCalls.push_back(calls_[index]);
+    }
+    instructions_ = std::move(kept);
+    calls_ = std::move(keptCalls);
+}
+
 // Inlined into its callers, so that a short formula pays for one call only.
 template <CompiledFormula::Errors errorWork>
 [[gnu::always_inline]] inline CompiledFormula::NumberAnswer CompiledFormula::runNumbers(
     double* numbers, std::uint32_t* errors) const {
     constexpr bool computeErrors = errorWork == Errors::Compute;
-    const std::size_t leafCount = leafSources_.size();
+    // Most short formulas copy no leaf, or a few: the counts are kept so
+    // that neither loop works them out.
     const double* const* sources = leafSources_.data();
-    // Four at a time: loading the leaves is a good part of a short formula.
-    std::size_t leaf = 0;
-    for (; leaf + 4 <= leafCount; leaf += 4) {
-        numbers[leaf] = *sources[leaf];
-        numbers[leaf + 1] = *sources[leaf + 1];
-        numbers[leaf + 2] = *sources[leaf + 2];
-        numbers[leaf + 3] = *sources[leaf + 3];
-    }
-    for (; leaf < leafCount; ++leaf) numbers[leaf] = *sources[leaf];
+    for (std::uint32_t leaf = 0; leaf < leafCount_; ++leaf) numbers[leaf] = *sources[leaf];
     if (computeErrors) std::copy(leafErrors_.begin(), leafErrors_.end(), errors);
     bool assumptionHolds = true;
+    // The last result, which most instructions take as an operand.
+    double previous = 0.0;
     const std::uint32_t* lists = listSlots_.data();
     const Instruction* const first = instructions_.data();
-    const std::size_t instructionCount = instructions_.size();
-    for (std::size_t index = 0; index < instructionCount; ++index) {
+    const std::uint32_t instructionCount = instructionCount_;
+    for (std::uint32_t index = 0; index < instructionCount; ++index) {
         const Instruction& instruction = first[index];
         // Both answers are worked out before either is stored: the result may
         // take the slot of an operand that the error rule reads.
         double number = 0.0;
         std::uint32_t error = ErrNone;
-        const bool ranInline = withRules<InSlots>(static_cast<Operation>(instruction.operation), [&](auto pair) {
+        withRules<InSlots>(static_cast<Operation>(instruction.operation), [&](auto pair) {
             using Pair = decltype(pair);
-            using Operands = typename Pair::Operands;
-            // An operation with leaves read in place is never a range's.
-            const bool list = Pair::list && !Operands::kReadsLeaves && instruction.list;
-            const Operands operands(numbers, errors, list ? lists + instruction.operands[0] : instruction.operands,
-                                    instruction.count, list, instruction.leaves, instruction.assumedErrors);
-            number = Pair::number(operands);
-            if constexpr (computeErrors) error = Pair::error(operands);
-            if constexpr (errorWork == Errors::Check) {
-                if constexpr (Pair::kConfirms) {
-                    const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
-                                           instruction.assumedErrors);
-                    if (Pair::error(checked) != ErrNone) assumptionHolds = false;
+            if constexpr (numbers::kCalls<Pair>) {
+                // A call's operands are never leaves read in place.
+                const SlotOperands<0> operands(numbers, errors,
+                                               instruction.list ? lists + instruction.operands[0] : instruction.operands,
+                                               instruction.count, instruction.list, instruction.leaves,
+                                               instruction.assumedErrors, previous);
+                for (std::uint32_t i = 0; i < instruction.count; ++i) {
+                    numbers[gatherSlot_ + i] = operands.number(i);
+                    if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
+                }
+                const Call& call = calls_[index];
+                const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count,
+                                             instruction.list);
+                number = call.rules->number(*call.node, gathered);
+                if (computeErrors) error = call.rules->error(*call.node, gathered);
+            } else if constexpr (Pair::kMerged) {
+                // The inner step's result is read by the outer alone, so it
+                // goes to no slot; the left operand's error is in its slot.
+                using Inner = typename Pair::Inner;
+                const typename Inner::Operands inner(numbers, errors, instruction.operands, 2, false,
+                                                     instruction.leaves, instruction.assumedErrors, previous);
+                const double innerNumber = Inner::number(inner);
+                if constexpr (errorWork == Errors::Check && Inner::kConfirms) {
+                    const typename Inner::Operands checked(numbers, instruction.operands, 2, instruction.leaves,
+                                                           instruction.assumedErrors, previous);
+                    if (Inner::error(checked) != ErrNone) assumptionHolds = false;
+                }
+                std::uint32_t innerError = ErrNone;
+                if constexpr (computeErrors) innerError = Inner::error(inner);
+                using Outer = numbers::RulesOf<Pair::kOuter, const ResultOperands>;
+                const ResultOperands outer = [&] {
+                    if constexpr (Pair::kInnerOnLeft) {
+                        return ResultOperands(innerNumber, *instruction.leaves[2], innerError,
+                                              instruction.assumedErrors[2]);
+                    } else {
+                        return ResultOperands(previous, innerNumber,
+                                              computeErrors ? errors[instruction.operands[0]] : ErrNone, innerError);
+                    }
+                }();
+                number = Outer::number(outer);
+                if constexpr (computeErrors) error = Outer::error(outer);
+            } else {
+                using Operands = typename Pair::Operands;
+                // An operation with leaves read in place is never a range's.
+                const bool list = Pair::list && !Operands::kFixedCount && instruction.list;
+                const std::uint32_t* slots = instruction.operands;
+                const double* const* leaves = instruction.leaves;
+                const std::uint32_t* leafErrors = instruction.assumedErrors;
+                if constexpr (Operands::kLeafList) {
+                    // A range of leaves has no slots; its first operand says where its leaves start.
+                    leaves = listLeaves_.data() + instruction.operands[0];
+                    leafErrors = listLeafErrors_.data() + instruction.operands[0];
+                } else if (list) {
+                    slots = lists + instruction.operands[0];
+                }
+                const Operands operands(numbers, errors, slots, instruction.count, list, leaves, leafErrors,
+                                        previous);
+                number = Pair::number(operands);
+                if constexpr (computeErrors) error = Pair::error(operands);
+                if constexpr (errorWork == Errors::Check) {
+                    if constexpr (Pair::kConfirms) {
+                        const Operands checked(numbers, instruction.operands, instruction.count, instruction.leaves,
+                                               instruction.assumedErrors, previous);
+                        if (Pair::error(checked) != ErrNone) assumptionHolds = false;
+                    }
                 }
             }
         });
-        if (!ranInline) {
-            // A call's operands are never leaves read in place.
-            const SlotOperands<0> operands(numbers, errors,
-                                           instruction.list ? lists + instruction.operands[0] : instruction.operands,
-                                           instruction.count, instruction.list, instruction.leaves,
-                                           instruction.assumedErrors);
-            for (std::uint32_t i = 0; i < instruction.count; ++i) {
-                numbers[gatherSlot_ + i] = operands.number(i);
-                if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
-            }
-            const Call& call = calls_[index];
-            const StackOperands gathered(numbers + gatherSlot_, errors + gatherSlot_, instruction.count, instruction.list);
-            number = call.rules->number(*call.node, gathered);
-            if (computeErrors) error = call.rules->error(*call.node, gathered);
-        }
         numbers[instruction.result] = number;
         if (computeErrors) errors[instruction.result] = error;
+        previous = number;
     }
     if constexpr (errorWork == Errors::Check) {
         // A step met an error after all: the rare case works out every error.
@@ -346,17 +484,16 @@ template <CompiledFormula::Errors errorWork>
 // Flattened: every rule the switch names is inlined into the loop.
 template <CompiledFormula::Errors errorWork>
 [[gnu::flatten]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersInPlace() const {
-    // Most formulas fit slots in place, left unset: each is written before
-    // it is read. A long formula gets its own.
-    constexpr std::size_t kInlineSlots = 64;
+    // Slots left unset: each is written before it is read.
     if (slotCount_ > kInlineSlots) return runNumbersOnHeap<errorWork>();
     double numbers[kInlineSlots];
     std::uint32_t errors[kInlineSlots];
     return runNumbers<errorWork>(numbers, errors);
 }
 
+// Out of line, so that its allocations leave the common path's loop alone.
 template <CompiledFormula::Errors errorWork>
-[[gnu::flatten]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
+[[gnu::flatten, gnu::noinline]] CompiledFormula::NumberAnswer CompiledFormula::runNumbersOnHeap() const {
     std::vector<double> numbers(slotCount_);
     std::vector<std::uint32_t> errors(slotCount_);
     return runNumbers<errorWork>(numbers.data(), errors.data());
@@ -369,6 +506,15 @@ CompiledFormula::NumberAnswer CompiledFormula::runNumbers(Errors errors) const {
     if (errors == Errors::Skip) return runNumbersInPlace<Errors::Skip>();
     if (!errorsAssumed_) return runNumbersInPlace<Errors::Compute>();
     return runNumbersInPlace<Errors::Check>();
+}
+
+// The common case of the value runs here, flattened, so that a short formula
+// pays for one call and one test.
+[[gnu::flatten]] double CompiledFormula::f64Evaluate() const {
+    if (!valueInPlace_) return valueOutOfLine();
+    double numbers[kInlineSlots];
+    std::uint32_t errors[kInlineSlots];
+    return runNumbers<Errors::Skip>(numbers, errors).number;
 }
 
 }  // namespace cellformula
