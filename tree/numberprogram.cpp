@@ -98,27 +98,6 @@ private:
     bool list_;
 };
 
-// The outer step of a merged instruction's operands: the previous result and
-// the inner step's, or the inner step's and a third leaf; numbers, with their errors.
-class ResultOperands {
-public:
-    ResultOperands(double left, double right, std::uint32_t leftError, std::uint32_t rightError)
-        : numbers_{left, right}, errors_{leftError, rightError} {}
-
-    std::size_t count() const { return 2; }
-    bool isList() const { return false; }
-    bool present(std::size_t) const { return true; }
-    double number(std::size_t i) const { return numbers_[i]; }
-    double condition(std::size_t i) const { return numbers_[i]; }
-    std::string text(std::size_t) const { return std::string(); }
-    std::uint32_t type(std::size_t) const { return ExprNumber; }
-    std::uint32_t error(std::size_t i) const { return errors_[i]; }
-
-private:
-    double numbers_[2];
-    std::uint32_t errors_[2];
-};
-
 // Operands as compiling knows them: each one's assumed error, and the value
 // of a constant; a rule that asks for any other value notes it, since its
 // answer then depends on the evaluation.
@@ -430,16 +409,23 @@ template <CompiledFormula::Errors errorWork>
                 }
                 std::uint32_t innerError = ErrNone;
                 if constexpr (computeErrors) innerError = Inner::error(inner);
-                using Outer = numbers::RulesOf<Pair::kOuter, const ResultOperands>;
-                const ResultOperands outer = [&] {
-                    if constexpr (Pair::kInnerOnLeft) {
-                        return ResultOperands(innerNumber, *instruction.leaves[2], innerError,
-                                              instruction.assumedErrors[2]);
-                    } else {
-                        return ResultOperands(previous, innerNumber,
-                                              computeErrors ? errors[instruction.operands[0]] : ErrNone, innerError);
-                    }
-                }();
+                // The outer step's operands: the inner step's result and a
+                // third leaf, or the previous result and the inner step's.
+                using Outer = numbers::RulesOf<Pair::kOuter, const StackOperands>;
+                double outerNumbers[2];
+                std::uint32_t outerErrors[2];
+                if constexpr (Pair::kInnerOnLeft) {
+                    outerNumbers[0] = innerNumber;
+                    outerNumbers[1] = *instruction.leaves[2];
+                    outerErrors[0] = innerError;
+                    outerErrors[1] = instruction.assumedErrors[2];
+                } else {
+                    outerNumbers[0] = previous;
+                    outerNumbers[1] = innerNumber;
+                    outerErrors[0] = computeErrors ? errors[instruction.operands[0]] : ErrNone;
+                    outerErrors[1] = innerError;
+                }
+                const StackOperands outer(outerNumbers, outerErrors, 2, false);
                 number = Outer::number(outer);
                 if constexpr (computeErrors) error = Outer::error(outer);
             } else {
