@@ -19,9 +19,6 @@
 
 namespace cellformula {
 
-// A node's operands asked within a tree. A pair of two known operands is a
-// type of its own (MayBeList false), so that a rule compiled for it tests
-// nothing about the form when it asks an operand.
 // The value of an operand that is the library's own number literal, which
 // its parent reads in place; null for any other node.
 inline const double* plainConstant(const ASTNode& node) {
@@ -29,6 +26,9 @@ inline const double* plainConstant(const ASTNode& node) {
     return &static_cast<const CNConstant&>(node).f64Value;
 }
 
+// A node's operands asked within a tree. Operands held in the node's own
+// fields (one, or a pair) are a type of their own (MayBeList false), so that
+// a rule compiled for them tests nothing about the form when it asks one.
 template <bool MayBeList>
 class BasicTreeOperands {
 public:
@@ -83,7 +83,7 @@ private:
     std::size_t count_;
 };
 
-// The operands of a node of two known operands.
+// The operands of a node that holds them in its own fields, never a list.
 using TreePair = BasicTreeOperands<false>;
 
 // Operands whose numbers (and, where asked, errors) a compiled program has
