@@ -386,7 +386,8 @@ std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).errType();
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return cellformula::oneOperandError(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return cellformula::oneOperandError(operands); });
 }
 
 void CNSingleChildNode::listOperands(std::vector<const ASTNode*>& operands) const {
@@ -447,7 +448,8 @@ std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
     if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return cellformula::operandsError<cellformula::isNotNumber>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+        [](auto& operands) { return cellformula::operandsError<cellformula::isNotNumber>(operands); });
 }
 
 void CNManyChildrenNode::listOperands(std::vector<const ASTNode*>& operands) const {

@@ -27,7 +27,8 @@ double CNGreater::f64Evaluate() const {
 
 double CNGreater::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::Greater>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return compare<Relation::Greater>(operands); });
 }
 
 std::uint32_t CNGreater::errorWithin(Evaluation& evaluation) const {
@@ -51,7 +52,8 @@ double CNLess::f64Evaluate() const {
 
 double CNLess::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::Less>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return compare<Relation::Less>(operands); });
 }
 
 std::uint32_t CNLess::errorWithin(Evaluation& evaluation) const {
@@ -75,7 +77,8 @@ double CNGreatEqual::f64Evaluate() const {
 
 double CNGreatEqual::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::GreatEqual>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return compare<Relation::GreatEqual>(operands); });
 }
 
 std::uint32_t CNGreatEqual::errorWithin(Evaluation& evaluation) const {
@@ -99,7 +102,8 @@ double CNLessEqual::f64Evaluate() const {
 
 double CNLessEqual::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::LessEqual>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return compare<Relation::LessEqual>(operands); });
 }
 
 std::uint32_t CNLessEqual::errorWithin(Evaluation& evaluation) const {
@@ -123,7 +127,8 @@ double CNEqual::f64Evaluate() const {
 
 double CNEqual::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return compare<Relation::Equal>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return compare<Relation::Equal>(operands); });
 }
 
 std::uint32_t CNEqual::errorWithin(Evaluation& evaluation) const {

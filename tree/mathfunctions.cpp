@@ -129,7 +129,8 @@ double CNAsin::numberWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNAsin::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<withinUnitRange>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return domainError<withinUnitRange>(operands); });
 }
 
 const StackRules* CNAsin::stackRules() const {
@@ -153,7 +154,8 @@ double CNAcos::numberWithin(Evaluation& evaluation) const {
 
 std::uint32_t CNAcos::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<withinUnitRange>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return domainError<withinUnitRange>(operands); });
 }
 
 const StackRules* CNAcos::stackRules() const {
@@ -172,7 +174,8 @@ double CNAtan::f64Evaluate() const {
 
 double CNAtan::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<arcTangent>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return applied<arcTangent>(operands); });
 }
 
 const StackRules* CNAtan::stackRules() const {
@@ -191,12 +194,14 @@ double CNSqrt::f64Evaluate() const {
 
 double CNSqrt::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<squareRoot>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return applied<squareRoot>(operands); });
 }
 
 std::uint32_t CNSqrt::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<notNegative>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return domainError<notNegative>(operands); });
 }
 
 const StackRules* CNSqrt::stackRules() const {
@@ -215,12 +220,14 @@ double CNLn::f64Evaluate() const {
 
 double CNLn::numberWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<naturalLogarithm>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return applied<naturalLogarithm>(operands); });
 }
 
 std::uint32_t CNLn::errorWithin(Evaluation& evaluation) const {
     if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return domainError<positive>(operands); });
+    return cellformula::applyToOperands(*this, evaluation,
+                                        [](auto& operands) { return domainError<positive>(operands); });
 }
 
 const StackRules* CNLn::stackRules() const {

@@ -82,7 +82,8 @@ constexpr Operation kMergedInner[] = {Operation::Add, Operation::Subtract, Opera
 constexpr Operation kMergedConfirmedInner[] = {Operation::Divide, Operation::Power};
 
 // The operations over a range whose leaves may be read in place, in the order of their codes.
-constexpr Operation kLeafListFusable[] = {Operation::Add, Operation::And, Operation::Or, Operation::Min, Operation::Max};
+constexpr Operation kLeafListFusable[] = {Operation::Add, Operation::And, Operation::Or, Operation::Min,
+                                          Operation::Max};
 
 // The code of an operation over a range of leaves read in place, or the operation itself.
 inline Operation withLeafList(Operation operation) {

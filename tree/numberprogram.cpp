@@ -382,10 +382,9 @@ template <CompiledFormula::Errors errorWork>
             using Pair = decltype(pair);
             if constexpr (numbers::kCalls<Pair>) {
                 // A call's operands are never leaves read in place.
-                const SlotOperands<0> operands(numbers, errors,
-                                               instruction.list ? lists + instruction.operands[0] : instruction.operands,
-                                               instruction.count, instruction.list, instruction.leaves,
-                                               instruction.assumedErrors, previous);
+                const std::uint32_t* slots = instruction.list ? lists + instruction.operands[0] : instruction.operands;
+                const SlotOperands<0> operands(numbers, errors, slots, instruction.count, instruction.list,
+                                               instruction.leaves, instruction.assumedErrors, previous);
                 for (std::uint32_t i = 0; i < instruction.count; ++i) {
                     numbers[gatherSlot_ + i] = operands.number(i);
                     if (computeErrors) errors[gatherSlot_ + i] = operands.error(i);
