@@ -1,83 +1,52 @@
 #include "variable.h"
 
-#include "operands.h"
-#include "variablerules.h"
+#include "operation.h"
+#include "program.h"
+#include "rules.h"
+#include "treewalks.h"
 
-using cellformula::Evaluation;
-using cellformula::StackOperands;
-using cellformula::rules::recordError;
-using cellformula::rules::recordIsNumber;
-using cellformula::rules::recordNumber;
-using cellformula::rules::recordSource;
-using cellformula::rules::recordType;
+using cellformula::Operation;
+using cellformula::Operands;
+
+namespace cellformula {
 
 namespace {
 
-const double* variableSource(const ASTNode& node) {
-    return recordSource(static_cast<const CNVariable&>(node).oRecord);
+const VariableRecord& recordOf(Operands& operands) {
+    return operands.self<CNVariable>().oRecord;
 }
 
-double variableNumber(const ASTNode& node, const StackOperands&) {
-    return recordNumber(static_cast<const CNVariable&>(node).oRecord);
+// The host's own code first; otherwise a record without the value its type
+// promises has no value.
+std::uint32_t recordError(Operands& operands) {
+    const VariableRecord& record = recordOf(operands);
+    if (record.u32Error != ErrNone) return record.u32Error;
+    if (record.u32Type == ExprNumber) return record.pf64Value != nullptr ? ErrNone : ErrNoValue;
+    return record.poText != nullptr ? ErrNone : ErrNoValue;
 }
-
-std::uint32_t variableError(const ASTNode& node, const StackOperands&) {
-    return recordError(static_cast<const CNVariable&>(node).oRecord);
-}
-
-constexpr cellformula::StackRules kVariableRules{
-    cellformula::leafRules<CNVariable, &variableSource, &variableNumber, &variableError>()};
 
 }  // namespace
 
+// A number is read where the host keeps it, a text copied; a missing one reads as 0 or empty.
+extern const Rules kVariableRules{
+    Shape::Leaf, Kind::FromOperands, {}, [](Operands& operands) { return recordOf(operands).u32Type; }, &recordError,
+    [](Operands& operands) {
+        const VariableRecord& record = recordOf(operands);
+        return record.pf64Value != nullptr ? *record.pf64Value : 0.0;
+    },
+    [](Operands& operands, std::string& text) {
+        const VariableRecord& record = recordOf(operands);
+        if (record.poText != nullptr) text = *record.poText;
+    }};
+
+}  // namespace cellformula
+
 CNVariable::CNVariable(const VariableRecord& record) : oRecord(record) {}
-
-double CNVariable::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNVariable::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return recordNumber(oRecord);
-}
-
-void CNVariable::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
-    if (oRecord.poText != nullptr) text += *oRecord.poText;
-}
-
-std::uint32_t CNVariable::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return recordType(oRecord);
-}
-
-std::uint32_t CNVariable::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return recordError(oRecord);
-}
-
-const cellformula::StackRules* CNVariable::stackRules() const {
-    return recordIsNumber(oRecord) ? &kVariableRules : nullptr;
-}
-
-cellformula::WalkedAnswer CNVariable::walkWithin(cellformula::Evaluation& evaluation) const {
-    if (!recordIsNumber(oRecord)) return cellformula::WalkedAnswer{};
-    return kVariableRules.walk(*this, evaluation);
-}
-
+double CNVariable::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Variable); }
 void CNVariable::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    printOutline(stream, depth);
+    cellformula::printOutline(*this, Operation::Variable, stream, depth);
 }
-
-bool CNVariable::writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue&,
-                                  bool entry) const {
-    if (!entry && !cellformula::isExactly<CNVariable>(*this)) return false;
-    writeIndent(stream, depth);
-    if (oRecord.u32Type == ExprNumber) {
-        stream << f64Evaluate();
-    } else {
-        stream << stringEvaluate();
-    }
-    stream << std::endl;
-    return true;
-}
+std::uint32_t CNVariable::exprType() { return cellformula::typeAs(*this, Operation::Variable); }
+std::uint32_t CNVariable::errType() { return cellformula::errorAs(*this, Operation::Variable); }
+std::string CNVariable::stringEvaluate() const { return cellformula::textAs(*this, Operation::Variable); }
+Operation CNVariable::operation() const { return Operation::Variable; }

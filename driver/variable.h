@@ -11,14 +11,10 @@ public:
     explicit CNVariable(const VariableRecord& record);
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
-    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
-                          bool entry) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 
     VariableRecord oRecord;
 };

@@ -8,9 +8,7 @@ class CNNegate : public CNSingleChildNode {
 public:
     explicit CNNegate(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
 // Addition and SUM; with a text operand it concatenates texts.
@@ -19,13 +17,10 @@ public:
     CNAdd(ASTNode* left, ASTNode* right);
     explicit CNAdd(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
 // Subtraction.
@@ -33,9 +28,7 @@ class CNSubtract : public CNManyChildrenNode {
 public:
     CNSubtract(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
 // Multiplication.
@@ -43,9 +36,7 @@ class CNMultiply : public CNManyChildrenNode {
 public:
     CNMultiply(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
 // Division; a zero divisor is a domain error.
@@ -53,10 +44,8 @@ class CNDivide : public CNManyChildrenNode {
 public:
     CNDivide(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 // Remainder with the sign of the dividend (fmod).
@@ -64,10 +53,8 @@ class CNModulo : public CNManyChildrenNode {
 public:
     CNModulo(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 // Power (pow); 0 to a negative power and roots of negatives are errors.
@@ -75,10 +62,8 @@ class CNPower : public CNManyChildrenNode {
 public:
     CNPower(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 #endif

@@ -1,404 +1,176 @@
 #include "astnode.h"
 
-#include "operands.h"
+#include <cmath>
 
-#include <utility>
+#include "logic.h"
+#include "operation.h"
+#include "treewalks.h"
+#include "program.h"
+#include "rules.h"
 
-using cellformula::Evaluation;
-using cellformula::OutlineQueue;
-using cellformula::errorOf;
-using cellformula::answersByRules;
-using cellformula::isLibraryNode;
-using cellformula::typeOf;
+using cellformula::Operation;
+
+namespace cellformula {
+
+// Deletes a subtree with a work list, so that no depth of tree reaches the
+// stack: a library node gives up its operands before it is deleted. A host's
+// node deletes its own operands, as its class is written.
+void deleteTree(ASTNode* root) {
+    if (root == nullptr) return;
+    std::vector<ASTNode*> pending{root};
+    while (!pending.empty()) {
+        ASTNode* node = pending.back();
+        pending.pop_back();
+        const Operation operation = operationOf(*node);
+        if (operation < Operation::Host) {
+            switch (rulesOf(operation).shape) {
+                case Shape::One: {
+                    auto& one = static_cast<CNSingleChildNode&>(*node);
+                    if (one.poChild != nullptr) pending.push_back(one.poChild);
+                    one.poChild = nullptr;
+                    break;
+                }
+                case Shape::Pair: {
+                    auto& many = static_cast<CNManyChildrenNode&>(*node);
+                    for (ASTNode* operand : {many.poLeft, many.poRight}) {
+                        if (operand != nullptr) pending.push_back(operand);
+                    }
+                    for (ASTNode* operand : many.oChildren) {
+                        if (operand != nullptr) pending.push_back(operand);
+                    }
+                    many.poLeft = many.poRight = nullptr;
+                    many.oChildren.clear();
+                    break;
+                }
+                case Shape::Condition: {
+                    auto& condition = static_cast<CNIf&>(*node);
+                    for (ASTNode* operand : {condition.poCondition, condition.poThen, condition.poElse}) {
+                        if (operand != nullptr) pending.push_back(operand);
+                    }
+                    condition.poCondition = condition.poThen = condition.poElse = nullptr;
+                    break;
+                }
+                case Shape::Leaf:
+                    break;
+            }
+        }
+        delete node;
+    }
+}
+
+// ---------------------------------------------------------------- leaves' rules
+
+extern const Rules kConstantRules{
+    Shape::Leaf, Kind::Number, {}, nullptr, nullptr,
+    [](Operands& operands) { return operands.self<CNConstant>().f64Value; }, nullptr};
+
+extern const Rules kStringConstantRules{
+    Shape::Leaf, Kind::Text, {}, [](Operands&) -> std::uint32_t { return ExprString; }, nullptr, nullptr,
+    [](Operands& operands, std::string& text) { text = operands.self<CNStringConstant>().oValue; }};
+
+extern const Rules kPiRules{Shape::Leaf, Kind::Number, {}, nullptr, nullptr,
+                            [](Operands&) { return 3.141592653589793; }, nullptr};
+
+// The bases' own rule is their error rule; their values are the subclasses'.
+extern const Rules kOneOperandRules{
+    Shape::One, Kind::Number, {kNothing, kTypesErrors, kNothing, kNothing}, nullptr, &oneOperandError,
+    nullptr, nullptr};
+
+extern const Rules kOperandsRules{
+    Shape::Pair, Kind::Number, {kNothing, kTypesErrors, kNothing, kNothing}, nullptr,
+    [](Operands& operands) { return operandsError(operands, &isNotNumber); }, nullptr, nullptr};
+
+}  // namespace cellformula
 
 // ---------------------------------------------------------------- ASTNode
 
 ASTNode::~ASTNode() = default;
 
 std::uint32_t ASTNode::exprType() {
-    return cellformula::typeOfEntry(*this);
+    return ExprNumber;
 }
 
 std::uint32_t ASTNode::errType() {
-    return cellformula::errorOfEntry(*this);
-}
-
-std::string ASTNode::stringEvaluate() const {
-    return cellformula::textOfEntry(*this);
-}
-
-// A node asked by its own public operation answers by the defaults (a number,
-// no error, its value as text); asked as an operand, it answers through its
-// public operations, which a host's class may override.
-double ASTNode::numberWithin(Evaluation&) const {
-    return f64Evaluate();
-}
-
-void ASTNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (evaluation.isEntry(this)) {
-        text += QuandelUtils::sstringify(f64Evaluate());
-        return;
-    }
-    text += stringEvaluate();
-}
-
-std::uint32_t ASTNode::typeWithin(Evaluation& evaluation) const {
-    if (evaluation.isEntry(this)) return ExprNumber;
-    return const_cast<ASTNode&>(*this).exprType();
-}
-
-std::uint32_t ASTNode::errorWithin(Evaluation& evaluation) const {
-    if (evaluation.isEntry(this)) return ErrNone;
-    return const_cast<ASTNode&>(*this).errType();
-}
-
-void ASTNode::detachOperands(std::vector<ASTNode*>&) {}
-
-void ASTNode::listOperands(std::vector<const ASTNode*>&) const {}
-
-const cellformula::StackRules* ASTNode::stackRules() const {
-    return nullptr;
-}
-
-cellformula::WalkedAnswer ASTNode::walkWithin(cellformula::Evaluation&) const {
-    return cellformula::WalkedAnswer{};
-}
-
-bool ASTNode::isConcatenation(Evaluation&, std::vector<const ASTNode*>&) const {
-    return false;
-}
-
-bool ASTNode::writeOutlineLine(std::stringstream&, unsigned int, OutlineQueue&, bool) const {
-    return false;
-}
-
-void ASTNode::deleteSubtrees(std::vector<ASTNode*> pending) {
-    // Room for a typical formula's whole tree up front, rather than growing
-    // the list a step at a time.
-    constexpr std::size_t kTypicalNodes = 64;
-    pending.reserve(kTypicalNodes);
-    while (!pending.empty()) {
-        ASTNode* node = pending.back();
-        pending.pop_back();
-        if (node == nullptr) continue;
-        node->detachOperands(pending);
-        delete node;
-    }
-}
-
-void ASTNode::printOutline(std::stringstream& stream, unsigned int depth) const {
-    OutlineQueue queue;
-    if (!writeOutlineLine(stream, depth, queue, true)) return;
-    while (!queue.empty()) {
-        const auto [node, nodeDepth] = queue.back();
-        queue.pop_back();
-        if (!node->writeOutlineLine(stream, nodeDepth, queue, false)) node->vPrintNode(stream, nodeDepth);
-    }
-}
-
-void ASTNode::writeIndent(std::stringstream& stream, unsigned int depth) {
-    // Written in runs rather than two blanks at a time: deep outlines are
-    // mostly indentation.
-    static constexpr char kBlanks[] = "                                                                ";
-    constexpr std::size_t kRun = sizeof kBlanks - 1;
-    std::size_t remaining = 2 * static_cast<std::size_t>(depth);
-    while (remaining > 0) {
-        const std::size_t run = remaining < kRun ? remaining : kRun;
-        stream.write(kBlanks, static_cast<std::streamsize>(run));
-        remaining -= run;
-    }
-}
-
-namespace cellformula {
-
-double numberOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
-    switch (evaluation.memory()) {
-        case Evaluation::Memory::ConditionsOnly: break;
-        case Evaluation::Memory::Everything: return rememberedNumberOf(node, evaluation);
-        case Evaluation::Memory::Deferred: return evaluation.deferred().number(node);
-    }
-    return evaluation.withStack([&] { return node.numberWithin(evaluation); });
-}
-
-double rememberedNumberOf(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().number(node);
-    if (const double* known = evaluation.numbers().find(&node)) return *known;
-    const double number = evaluation.withStack([&] { return node.numberWithin(evaluation); });
-    evaluation.numbers().keep(&node, number);
-    return number;
-}
-
-void appendTextOfElsewhere(const ASTNode& node, Evaluation& evaluation, std::string& text) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) {
-        evaluation.deferred().appendText(node, text);
-        return;
-    }
-    if (evaluation.remembersEverything()) {
-        if (const std::string* known = evaluation.rememberedText(&node)) {
-            text += *known;
-            return;
-        }
-    }
-    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
-}
-
-std::string textOf(const ASTNode& node, Evaluation& evaluation) {
-    std::string text;
-    if (evaluation.memory() == Evaluation::Memory::Deferred) {
-        evaluation.deferred().appendText(node, text);
-        return text;
-    }
-    if (evaluation.remembersEverything()) {
-        if (const std::string* known = evaluation.rememberedText(&node)) return *known;
-    }
-    evaluation.withStack([&] { node.appendTextWithin(evaluation, text); });
-    if (evaluation.remembersEverything()) evaluation.rememberText(&node, text);
-    return text;
-}
-
-std::uint32_t typeOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().type(node);
-    return evaluation.withStack([&] { return node.typeWithin(evaluation); });
-}
-
-std::uint32_t errorOfElsewhere(const ASTNode& node, Evaluation& evaluation) {
-    if (evaluation.memory() == Evaluation::Memory::Deferred) return evaluation.deferred().error(node);
-    return evaluation.withStack([&] { return node.errorWithin(evaluation); });
-}
-
-WalkedAnswer walkAnswersElsewhere(const ASTNode& node, Evaluation& evaluation) {
-    return evaluation.withStack([&] { return node.walkWithin(evaluation); });
-}
-
-std::string textOfEntry(const ASTNode& node) {
-    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
-    std::string text;
-    node.appendTextWithin(evaluation, text);
-    return text;
-}
-
-std::uint32_t typeOfEntry(const ASTNode& node) {
-    Evaluation evaluation(&node, Evaluation::Memory::ConditionsOnly);
-    return node.typeWithin(evaluation);
-}
-
-// Error rules ask again for values their operands' rules computed, so this
-// call keeps every value and text it computes.
-std::uint32_t errorOfEntry(const ASTNode& node) {
-    // A tree of numbers gives its error from one walk, each node's rules asked once.
-    {
-        Evaluation walking(&node, Evaluation::Memory::ConditionsOnly);
-        const WalkedAnswer answer = node.walkWithin(walking);
-        if (answer.walked()) return answer.code();
-    }
-    Evaluation evaluation(&node, Evaluation::Memory::Everything);
-    return node.errorWithin(evaluation);
-}
-
-}  // namespace cellformula
-
-// ---------------------------------------------------------------- leaves
-
-namespace {
-
-constexpr double kPi = 3.141592653589793;
-
-const double* constantSource(const ASTNode& node) {
-    return &static_cast<const CNConstant&>(node).f64Value;
-}
-
-double constantValue(const ASTNode& node, const cellformula::StackOperands&) {
-    return *constantSource(node);
-}
-
-const double* piSource(const ASTNode&) {
-    return &kPi;
-}
-
-double piValue(const ASTNode& node, const cellformula::StackOperands&) {
-    return *piSource(node);
-}
-
-std::uint32_t noError(const ASTNode&, const cellformula::StackOperands&) {
     return ErrNone;
 }
 
-constexpr cellformula::StackRules kConstantRules{
-    cellformula::leafRules<CNConstant, &constantSource, &constantValue, &noError>()};
-constexpr cellformula::StackRules kPiRules{cellformula::leafRules<CNPi, &piSource, &piValue, &noError>()};
+std::string ASTNode::stringEvaluate() const {
+    return QuandelUtils::sstringify(f64Evaluate());
+}
 
-}  // namespace
+Operation ASTNode::operation() const {
+    return Operation::Host;
+}
+
+// ---------------------------------------------------------------- leaves
 
 CNConstant::CNConstant(double value) : f64Value(value) {}
 
 double CNConstant::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNConstant::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return *constantSource(*this);
-}
-
-std::uint32_t CNConstant::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return ExprNumber;
-}
-
-std::uint32_t CNConstant::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return ErrNone;
-}
-
-const cellformula::StackRules* CNConstant::stackRules() const {
-    return &kConstantRules;
-}
-
-cellformula::WalkedAnswer CNConstant::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kConstantRules.walk(*this, evaluation);
+    return f64Value;
 }
 
 void CNConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    printOutline(stream, depth);
+    cellformula::printOutline(*this, Operation::Constant, stream, depth);
 }
 
-bool CNConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool entry) const {
-    if (!entry && !cellformula::isExactly<CNConstant>(*this)) return false;
-    writeIndent(stream, depth);
-    stream << f64Value << std::endl;
-    return true;
+Operation CNConstant::operation() const {
+    return Operation::Constant;
 }
 
 CNStringConstant::CNStringConstant(const std::string& text) : oValue(text) {}
 
 double CNStringConstant::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNStringConstant::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
     return 0.0;
 }
 
-std::uint32_t CNStringConstant::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
+void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
+    cellformula::printOutline(*this, Operation::StringConstant, stream, depth);
+}
+
+std::uint32_t CNStringConstant::exprType() {
     return ExprString;
 }
 
-std::uint32_t CNStringConstant::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return ErrNone;
+std::string CNStringConstant::stringEvaluate() const {
+    return oValue;
 }
 
-void CNStringConstant::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    printOutline(stream, depth);
-}
-
-bool CNStringConstant::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&,
-                                        bool entry) const {
-    if (!entry && !cellformula::isExactly<CNStringConstant>(*this)) return false;
-    writeIndent(stream, depth);
-    stream << oValue << std::endl;
-    return true;
-}
-
-void CNStringConstant::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
-    text += oValue;
+Operation CNStringConstant::operation() const {
+    return Operation::StringConstant;
 }
 
 double CNPi::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNPi::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return *piSource(*this);
-}
-
-std::uint32_t CNPi::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return ExprNumber;
-}
-
-std::uint32_t CNPi::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return ErrNone;
-}
-
-const cellformula::StackRules* CNPi::stackRules() const {
-    return &kPiRules;
-}
-
-cellformula::WalkedAnswer CNPi::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kPiRules.walk(*this, evaluation);
+    return 3.141592653589793;
 }
 
 void CNPi::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    printOutline(stream, depth);
+    cellformula::printOutline(*this, Operation::Pi, stream, depth);
 }
 
-bool CNPi::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue&, bool entry) const {
-    if (!entry && !cellformula::isExactly<CNPi>(*this)) return false;
-    writeIndent(stream, depth);
-    stream << kPi << std::endl;
-    return true;
+Operation CNPi::operation() const {
+    return Operation::Pi;
 }
 
-// ---------------------------------------------------------------- one operand
+// ---------------------------------------------------------------- the two bases
 
-// The base's rules apply to the library's own classes and to the node whose
-// own public operation asked; any other subclass is a host's and is asked
-// through its public operations.
-
-CNSingleChildNode::CNSingleChildNode(ASTNode* child, const std::string& name)
-    : poChild(child), oName(name) {}
+CNSingleChildNode::CNSingleChildNode(ASTNode* child, const std::string& name) : poChild(child), oName(name) {}
 
 CNSingleChildNode::~CNSingleChildNode() {
-    if (poChild != nullptr) deleteSubtrees({std::exchange(poChild, nullptr)});
+    cellformula::deleteTree(poChild);
 }
 
 void CNSingleChildNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    printOutline(stream, depth);
+    cellformula::printOutline(*this, Operation::OneOperand, stream, depth);
 }
 
-bool CNSingleChildNode::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue& queue,
-                                         bool entry) const {
-    if (!entry && !isLibraryNode(*this)) return false;
-    writeIndent(stream, depth);
-    stream << oName << std::endl;
-    queue.emplace_back(poChild, depth + 1);
-    return true;
+std::uint32_t CNSingleChildNode::errType() {
+    return cellformula::errorAs(*this, Operation::OneOperand);
 }
 
-void CNSingleChildNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!answersByRules(*this, evaluation)) {
-        text += stringEvaluate();
-        return;
-    }
-    text += QuandelUtils::sstringify(numberWithin(evaluation));
+Operation CNSingleChildNode::operation() const {
+    return Operation::OneOperand;
 }
-
-std::uint32_t CNSingleChildNode::typeWithin(Evaluation& evaluation) const {
-    if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).exprType();
-    return ExprNumber;
-}
-
-std::uint32_t CNSingleChildNode::errorWithin(Evaluation& evaluation) const {
-    if (!answersByRules(*this, evaluation)) return const_cast<CNSingleChildNode&>(*this).errType();
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return cellformula::oneOperandError(operands); });
-}
-
-void CNSingleChildNode::listOperands(std::vector<const ASTNode*>& operands) const {
-    if (isLibraryNode(*this)) operands.push_back(poChild);
-}
-
-void CNSingleChildNode::detachOperands(std::vector<ASTNode*>& pending) {
-    pending.push_back(std::exchange(poChild, nullptr));
-}
-
-// ---------------------------------------------------------------- two or more operands
 
 CNManyChildrenNode::CNManyChildrenNode(ASTNode* left, ASTNode* right, const std::string& name)
     : poLeft(left), poRight(right), oName(name) {}
@@ -407,67 +179,19 @@ CNManyChildrenNode::CNManyChildrenNode(const std::vector<ASTNode*>& children, co
     : oChildren(children), poLeft(nullptr), poRight(nullptr), oName(name) {}
 
 CNManyChildrenNode::~CNManyChildrenNode() {
-    // Nodes freed through the work list arrive already emptied.
-    if (poLeft == nullptr && poRight == nullptr && oChildren.empty()) return;
-    std::vector<ASTNode*> pending;
-    detachOperands(pending);
-    deleteSubtrees(std::move(pending));
+    cellformula::deleteTree(poLeft);
+    cellformula::deleteTree(poRight);
+    for (ASTNode* child : oChildren) cellformula::deleteTree(child);
 }
 
 void CNManyChildrenNode::vPrintNode(std::stringstream& stream, unsigned int depth) const {
-    printOutline(stream, depth);
+    cellformula::printOutline(*this, Operation::Operands, stream, depth);
 }
 
-bool CNManyChildrenNode::writeOutlineLine(std::stringstream& stream, unsigned int depth, OutlineQueue& queue,
-                                          bool entry) const {
-    if (!entry && !isLibraryNode(*this)) return false;
-    writeIndent(stream, depth);
-    stream << oName << std::endl;
-    // Queued last to first, so that the first operand prints first.
-    if (isPairForm()) {
-        queue.emplace_back(poRight, depth + 1);
-        queue.emplace_back(poLeft, depth + 1);
-        return true;
-    }
-    for (auto child = oChildren.rbegin(); child != oChildren.rend(); ++child) queue.emplace_back(*child, depth + 1);
-    return true;
+std::uint32_t CNManyChildrenNode::errType() {
+    return cellformula::errorAs(*this, Operation::Operands);
 }
 
-void CNManyChildrenNode::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!answersByRules(*this, evaluation)) {
-        text += stringEvaluate();
-        return;
-    }
-    text += QuandelUtils::sstringify(numberWithin(evaluation));
-}
-
-std::uint32_t CNManyChildrenNode::typeWithin(Evaluation& evaluation) const {
-    if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).exprType();
-    return ExprNumber;
-}
-
-std::uint32_t CNManyChildrenNode::errorWithin(Evaluation& evaluation) const {
-    if (!answersByRules(*this, evaluation)) return const_cast<CNManyChildrenNode&>(*this).errType();
-    return cellformula::applyToOperands(*this, evaluation,
-        [](auto& operands) { return cellformula::operandsError<cellformula::isNotNumber>(operands); });
-}
-
-void CNManyChildrenNode::listOperands(std::vector<const ASTNode*>& operands) const {
-    if (!isLibraryNode(*this)) return;
-    if (!isPairForm()) {
-        operands.insert(operands.end(), oChildren.begin(), oChildren.end());
-        return;
-    }
-    if (poLeft != nullptr) operands.push_back(poLeft);
-    if (poRight != nullptr) operands.push_back(poRight);
-}
-
-void CNManyChildrenNode::detachOperands(std::vector<ASTNode*>& pending) {
-    // The right operand comes off the work list first: in the usual long
-    // formula, a sum nested to the left, it is a leaf, so the list stays
-    // short instead of holding every right operand until the end.
-    pending.insert(pending.end(), oChildren.begin(), oChildren.end());
-    oChildren.clear();
-    pending.push_back(std::exchange(poLeft, nullptr));
-    pending.push_back(std::exchange(poRight, nullptr));
+Operation CNManyChildrenNode::operation() const {
+    return Operation::Operands;
 }

@@ -3,59 +3,52 @@
 
 #include "astnode.h"
 
-// x > y: numbers as numbers, anything else as texts.
+// Comparisons give 1 or 0: two numbers compare as numbers; as soon as either
+// operand is not a number, both compare as texts.
+
+// The comparison >.
 class CNGreater : public CNManyChildrenNode {
 public:
     CNGreater(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// x < y.
+// The comparison <.
 class CNLess : public CNManyChildrenNode {
 public:
     CNLess(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// x >= y.
+// The comparison >=.
 class CNGreatEqual : public CNManyChildrenNode {
 public:
     CNGreatEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// x <= y.
+// The comparison <=.
 class CNLessEqual : public CNManyChildrenNode {
 public:
     CNLessEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// x = y, exact for numbers, byte for byte for texts.
+// The comparison =, exact for numbers, byte for byte for texts.
 class CNEqual : public CNManyChildrenNode {
 public:
     CNEqual(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 #endif

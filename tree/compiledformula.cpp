@@ -1,96 +1,82 @@
 #include "compiledformula.h"
 
-#include <cstddef>
+#include <algorithm>
 
-#include "programrun.h"
+#include "program.h"
 
 namespace cellformula {
 
-CompiledFormula::CompiledFormula(const ASTNode& root) {
-    // An explicit post-order walk, so no depth is too deep to compile: each
-    // node's step follows its operands' steps, which wait on `finished`.
-    struct Visit {
-        const ASTNode* node;
-        bool operandsDone;
-    };
-    std::vector<Visit> pending{{&root, false}};
-    std::vector<std::uint32_t> finished;
-    std::vector<const ASTNode*> listed;
-    while (!pending.empty()) {
-        const Visit visit = pending.back();
-        pending.pop_back();
-        listed.clear();
-        visit.node->listOperands(listed);
-        if (!visit.operandsDone) {
-            pending.push_back({visit.node, true});
-            for (auto operand = listed.rbegin(); operand != listed.rend(); ++operand) pending.push_back({*operand, false});
-            continue;
-        }
-        const auto first = static_cast<std::uint32_t>(operands_.size());
-        operands_.insert(operands_.end(), finished.end() - static_cast<std::ptrdiff_t>(listed.size()), finished.end());
-        finished.resize(finished.size() - listed.size());
-        finished.push_back(static_cast<std::uint32_t>(steps_.size()));
-        steps_.push_back({visit.node, first, static_cast<std::uint32_t>(listed.size())});
-    }
-    compileNumbers();
-}
-
 namespace {
 
-// The general program, out of line so that the number program's callers stay small.
-[[gnu::noinline]] double generalNumber(const CompiledFormula& program) {
-    ProgramRun run(program);
-    return run.rootNumber();
-}
-
-[[gnu::noinline]] FormulaResult generalResult(const CompiledFormula& program) {
-    ProgramRun run(program);
+// What an empty program answers: a formula without a value.
+FormulaResult emptyResult() {
     FormulaResult result;
-    result.u32Type = run.rootType();
-    result.u32Error = run.rootError();
-    if (result.u32Type == ExprNumber) {
-        result.f64Value = run.rootNumber();
-    } else {
-        result.oText = run.rootText();
-    }
+    result.u32Error = ErrInvalidArg;
     return result;
 }
 
 }  // namespace
 
-// The value when f64Evaluate (numberprogram.cpp) cannot run it in place.
-double CompiledFormula::valueOutOfLine() const {
-    if (numbersOnly_) return runNumbers(Errors::Skip).number;
-    return generalNumber(*this);
+CompiledFormula::CompiledFormula(const ASTNode& root) {
+    Code code;
+    depth_ = static_cast<std::uint32_t>(compile(root, operationOf(root), 0xFFFF, code));
+    size_ = static_cast<std::uint32_t>(code.size());
+    code_.reset(new Instruction[size_]);
+    std::copy(code.data(), code.data() + size_, code_.get());
+}
+
+CompiledFormula::CompiledFormula(const CompiledFormula& other) : size_(other.size_), depth_(other.depth_) {
+    if (other.code_) {
+        code_.reset(new Instruction[size_]);
+        std::copy(other.code_.get(), other.code_.get() + size_, code_.get());
+    }
+}
+
+CompiledFormula& CompiledFormula::operator=(const CompiledFormula& other) {
+    if (this != &other) *this = CompiledFormula(other);
+    return *this;
+}
+
+CompiledFormula::CompiledFormula(CompiledFormula&& other) noexcept
+    : code_(std::move(other.code_)), size_(other.size_), depth_(other.depth_) {
+    other.size_ = 0;
+    other.depth_ = 0;
+}
+
+CompiledFormula& CompiledFormula::operator=(CompiledFormula&& other) noexcept {
+    code_ = std::move(other.code_);
+    size_ = other.size_;
+    depth_ = other.depth_;
+    other.size_ = 0;
+    other.depth_ = 0;
+    return *this;
+}
+
+CompiledFormula::~CompiledFormula() = default;
+
+double CompiledFormula::f64Evaluate() const {
+    if (!code_) return 0.0;
+    return Answer(code_.get(), size_, depth_, demandMask(Asked::Number)).number();
 }
 
 std::string CompiledFormula::stringEvaluate() const {
-    ProgramRun run(*this);
-    return run.rootText();
+    if (!code_) return std::string();
+    return Answer(code_.get(), size_, depth_, demandMask(Asked::Text)).text();
 }
 
 std::uint32_t CompiledFormula::exprType() const {
-    if (numbersOnly_) return ExprNumber;
-    ProgramRun run(*this);
-    return run.rootType();
+    if (!code_) return ExprNoType;
+    return Answer(code_.get(), size_, depth_, demandMask(Asked::Type)).type();
 }
 
 std::uint32_t CompiledFormula::errType() const {
-    if (numbersOnly_) return runNumbers(Errors::Check).error;
-    ProgramRun run(*this);
-    return run.rootError();
+    if (!code_) return ErrInvalidArg;
+    return Answer(code_.get(), size_, depth_, demandMask(Asked::Error)).error();
 }
 
 FormulaResult CompiledFormula::oEvaluateAll() const {
-    if (numbersOnly_) {
-        const NumberAnswer answer = runNumbers(Errors::Check);
-        FormulaResult result;
-        result.u32Type = ExprNumber;
-        result.u32Error = answer.error;
-        result.f64Value = answer.number;
-        return result;
-    }
-    return generalResult(*this);
+    if (!code_) return emptyResult();
+    return Answer(code_.get(), size_, depth_, resultMask(code_[size_ - 1])).all();
 }
 
 }  // namespace cellformula

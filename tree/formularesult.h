@@ -19,10 +19,9 @@ struct FormulaResult {
 };
 
 // Gives exactly what exprType, errType and then f64Evaluate or stringEvaluate
-// give, and throws where those would throw, while computing each operand's
-// answers once. A host's own nodes in the tree are asked through their
-// public operations, each question at most once, so not always in the order
-// or number of times the three separate calls would ask them.
+// give, and throws where those would throw, while computing each node's
+// answers once. A host's own nodes in the tree are asked through their public
+// operations, each question at most once.
 FormulaResult oEvaluateAll(const ASTNode& root);
 
 }  // namespace cellformula

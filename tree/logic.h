@@ -3,58 +3,48 @@
 
 #include "astnode.h"
 
-// AND, stopping at the first false operand.
+// AND: 1 when every operand is non-zero; stops at the first zero.
 class CNAnd : public CNManyChildrenNode {
 public:
     CNAnd(ASTNode* left, ASTNode* right);
     explicit CNAnd(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// OR, stopping at the first true operand.
+// OR: 1 when any operand is non-zero; stops at the first one.
 class CNOr : public CNManyChildrenNode {
 public:
     CNOr(ASTNode* left, ASTNode* right);
     explicit CNOr(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// MIN; a NaN is passed over when the other value is a number.
+// MIN: the smallest value, passing over NaN.
 class CNMin : public CNManyChildrenNode {
 public:
     CNMin(ASTNode* left, ASTNode* right);
     explicit CNMin(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// MAX; a NaN is passed over when the other value is a number.
+// MAX: the largest value, passing over NaN.
 class CNMax : public CNManyChildrenNode {
 public:
     CNMax(ASTNode* left, ASTNode* right);
     explicit CNMax(const std::vector<ASTNode*>& children);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// NOT.
+// NOT: 1 for 0, else 0.
 class CNNot : public CNSingleChildNode {
 public:
     explicit CNNot(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
 // ISERROR: absorbs every error but ErrUnmaskable.
@@ -62,10 +52,8 @@ class CNIsError : public CNSingleChildNode {
 public:
     explicit CNIsError(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 // IF(condition; then; else); either branch may be absent.
@@ -75,27 +63,14 @@ public:
     ~CNIf() override;
     double f64Evaluate() const override;
     void vPrintNode(std::stringstream& stream, unsigned int depth) const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    void detachOperands(std::vector<ASTNode*>& pending) override;
-    void listOperands(std::vector<const ASTNode*>& operands) const override;
-    bool isConcatenation(cellformula::Evaluation& evaluation, std::vector<const ASTNode*>& parts) const override;
-    bool writeOutlineLine(std::stringstream& stream, unsigned int depth, cellformula::OutlineQueue& queue,
-                          bool entry) const override;
-
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 
     ASTNode* poCondition;
     ASTNode* poThen;
     ASTNode* poElse;
-
-private:
-    cellformula::TreeOperands operands(cellformula::Evaluation& evaluation) const;
-    // The branch the condition picks, or null when that branch is absent.
-    const ASTNode* chosenBranch(cellformula::Evaluation& evaluation, bool& conditionTrue) const;
 };
 
 #endif

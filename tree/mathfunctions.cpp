@@ -1,287 +1,146 @@
 #include "mathfunctions.h"
 
-#include "mathrules.h"
-#include "operands.h"
+#include <cmath>
 
-using cellformula::Evaluation;
-using cellformula::StackOperands;
-using cellformula::StackRules;
+#include "operation.h"
+#include "program.h"
+#include "rules.h"
 
-using cellformula::rules::angle;
-using cellformula::rules::applied;
-using cellformula::rules::arcCosine;
-using cellformula::rules::arcSine;
-using cellformula::rules::arcTangent;
-using cellformula::rules::cosine;
-using cellformula::rules::domainError;
-using cellformula::rules::logarithm;
-using cellformula::rules::logarithmError;
-using cellformula::rules::naturalLogarithm;
-using cellformula::rules::notNegative;
-using cellformula::rules::positive;
-using cellformula::rules::sine;
-using cellformula::rules::squareRoot;
-using cellformula::rules::tangent;
-using cellformula::rules::withinUnitRange;
+using cellformula::Operation;
+
+namespace cellformula {
 
 namespace {
 
-constexpr StackRules kSinRules{cellformula::operandRules<CNSin,
-    &applied<sine, const StackOperands>,
-    &cellformula::oneOperandError<const StackOperands>>()};
-constexpr StackRules kCosRules{cellformula::operandRules<CNCos,
-    &applied<cosine, const StackOperands>,
-    &cellformula::oneOperandError<const StackOperands>>()};
-constexpr StackRules kTanRules{cellformula::operandRules<CNTan,
-    &applied<tangent, const StackOperands>,
-    &cellformula::oneOperandError<const StackOperands>>()};
-constexpr StackRules kAsinRules{cellformula::operandRules<CNAsin,
-    &applied<arcSine, const StackOperands>,
-    &domainError<withinUnitRange, const StackOperands>>()};
-constexpr StackRules kAcosRules{cellformula::operandRules<CNAcos,
-    &applied<arcCosine, const StackOperands>,
-    &domainError<withinUnitRange, const StackOperands>>()};
-constexpr StackRules kAtanRules{cellformula::operandRules<CNAtan,
-    &applied<arcTangent, const StackOperands>,
-    &cellformula::oneOperandError<const StackOperands>>()};
-constexpr StackRules kSqrtRules{cellformula::operandRules<CNSqrt,
-    &applied<squareRoot, const StackOperands>,
-    &domainError<notNegative, const StackOperands>>()};
-constexpr StackRules kLnRules{cellformula::operandRules<CNLn,
-    &applied<naturalLogarithm, const StackOperands>,
-    &domainError<positive, const StackOperands>>()};
-constexpr StackRules kAtan2Rules{cellformula::operandRules<CNAtan2,
-    &angle<const StackOperands>,
-    &cellformula::operandsError<cellformula::isNotNumber, const StackOperands>>()};
-constexpr StackRules kLogRules{cellformula::operandRules<CNLog,
-    &logarithm<const StackOperands>,
-    &logarithmError<const StackOperands>>()};
+// The one-operand rule, then a test of the operand's value.
+template <std::uint32_t (*Test)(double)>
+std::uint32_t domainError(Operands& operands) {
+    const std::uint32_t error = oneOperandError(operands);
+    return error != ErrNone ? error : Test(operands.number(0));
+}
+
+std::uint32_t unitDomain(double x) {
+    return (x < -1.0 || x > 1.0) ? ErrDomain : ErrNone;
+}
+
+std::uint32_t rootDomain(double x) {
+    return x >= 0.0 ? ErrNone : ErrDomain;
+}
+
+std::uint32_t logarithmDomain(double x) {
+    if (x == 0.0) return ErrInfinite;
+    return x >= 0.0 ? ErrNone : ErrDomain;
+}
+
+template <double (*Function)(double)>
+double ofOperand(Operands& operands) {
+    return Function(operands.number(0));
+}
+
+double sine(double x) { return std::sin(x); }
+double cosine(double x) { return std::cos(x); }
+double tangent(double x) { return std::tan(x); }
+double arcsine(double x) { return std::asin(x); }
+double arccosine(double x) { return std::acos(x); }
+double arctangent(double x) { return std::atan(x); }
+double root(double x) { return std::sqrt(x); }
+double logarithm(double x) { return std::log(x); }
+
+// The ordinate is read first.
+double angle(Operands& operands) {
+    const double y = operands.number(1);
+    return std::atan2(y, operands.number(0));
+}
+
+// Base 10 exactly takes log10, so LOG(1000) is 3 and not 2.9999999999999996.
+double logarithmTo(Operands& operands) {
+    if (operands.number(1) == 10.0) return std::log10(operands.number(0));
+    const double x = operands.number(0);
+    return std::log(x) / std::log(operands.number(1));
+}
+
+std::uint32_t logarithmError(Operands& operands) {
+    const std::uint32_t error = operandsError(operands, &isNotNumber);
+    if (error != ErrNone) return error;
+    const double x = operands.number(0);
+    const double base = operands.number(1);
+    if (x == 0.0 || base == 0.0 || base == 1.0) return ErrInfinite;
+    return (x < 0.0 || base < 0.0) ? ErrDomain : ErrNone;
+}
+
+std::uint32_t numbersError(Operands& operands) {
+    return operandsError(operands, &isNotNumber);
+}
+
+constexpr Asks kDomainAsks{kType | kError | kNumber, 0};
+constexpr Asks kAllNumbersAsks{kType | kError | kNumber, kType | kError | kNumber};
 
 }  // namespace
 
+extern const Rules kSinRules{Shape::One, Kind::Number, {kNothing, kTypesErrors, kNumbers, kNothing}, nullptr,
+                              &oneOperandError, &ofOperand<&sine>, nullptr};
+extern const Rules kCosRules{Shape::One, Kind::Number, {kNothing, kTypesErrors, kNumbers, kNothing}, nullptr,
+                              &oneOperandError, &ofOperand<&cosine>, nullptr};
+extern const Rules kTanRules{Shape::One, Kind::Number, {kNothing, kTypesErrors, kNumbers, kNothing}, nullptr,
+                              &oneOperandError, &ofOperand<&tangent>, nullptr};
+extern const Rules kAsinRules{Shape::One, Kind::Number, {kNothing, kDomainAsks, kNumbers, kNothing}, nullptr,
+                              &domainError<&unitDomain>, &ofOperand<&arcsine>, nullptr};
+extern const Rules kAcosRules{Shape::One, Kind::Number, {kNothing, kDomainAsks, kNumbers, kNothing}, nullptr,
+                              &domainError<&unitDomain>, &ofOperand<&arccosine>, nullptr};
+extern const Rules kAtanRules{Shape::One, Kind::Number, {kNothing, kTypesErrors, kNumbers, kNothing}, nullptr,
+                              &oneOperandError, &ofOperand<&arctangent>, nullptr};
+extern const Rules kSqrtRules{Shape::One, Kind::Number, {kNothing, kDomainAsks, kNumbers, kNothing}, nullptr,
+                              &domainError<&rootDomain>, &ofOperand<&root>, nullptr};
+extern const Rules kLnRules{Shape::One, Kind::Number, {kNothing, kDomainAsks, kNumbers, kNothing}, nullptr,
+                              &domainError<&logarithmDomain>, &ofOperand<&logarithm>, nullptr};
+extern const Rules kAtan2Rules{Shape::Pair, Kind::Number, {kNothing, kTypesErrors, kNumbers, kNothing}, nullptr,
+                               &numbersError, &angle, nullptr};
+extern const Rules kLogRules{Shape::Pair, Kind::Number, {kNothing, kAllNumbersAsks, kNumbers, kNothing}, nullptr,
+                             &logarithmError, &logarithmTo, nullptr};
+
+}  // namespace cellformula
+
 CNSin::CNSin(ASTNode* operand) : CNSingleChildNode(operand, "sin sinus") {}
-
-double CNSin::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNSin::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<sine>(operands); });
-}
-
-const StackRules* CNSin::stackRules() const {
-    return &kSinRules;
-}
-
-cellformula::WalkedAnswer CNSin::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kSinRules.walk(*this, evaluation);
-}
+double CNSin::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Sin); }
+Operation CNSin::operation() const { return Operation::Sin; }
 
 CNCos::CNCos(ASTNode* operand) : CNSingleChildNode(operand, "cos cosinus") {}
-
-double CNCos::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNCos::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<cosine>(operands); });
-}
-
-const StackRules* CNCos::stackRules() const {
-    return &kCosRules;
-}
-
-cellformula::WalkedAnswer CNCos::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kCosRules.walk(*this, evaluation);
-}
+double CNCos::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Cos); }
+Operation CNCos::operation() const { return Operation::Cos; }
 
 CNTan::CNTan(ASTNode* operand) : CNSingleChildNode(operand, "tan tangent") {}
-
-double CNTan::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNTan::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<tangent>(operands); });
-}
-
-const StackRules* CNTan::stackRules() const {
-    return &kTanRules;
-}
-
-cellformula::WalkedAnswer CNTan::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kTanRules.walk(*this, evaluation);
-}
+double CNTan::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Tan); }
+Operation CNTan::operation() const { return Operation::Tan; }
 
 CNAsin::CNAsin(ASTNode* operand) : CNSingleChildNode(operand, "asin arcsinus") {}
-
-double CNAsin::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNAsin::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<arcSine>(operands); });
-}
-
-std::uint32_t CNAsin::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return domainError<withinUnitRange>(operands); });
-}
-
-const StackRules* CNAsin::stackRules() const {
-    return &kAsinRules;
-}
-
-cellformula::WalkedAnswer CNAsin::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kAsinRules.walk(*this, evaluation);
-}
+double CNAsin::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Asin); }
+std::uint32_t CNAsin::errType() { return cellformula::errorAs(*this, Operation::Asin); }
+Operation CNAsin::operation() const { return Operation::Asin; }
 
 CNAcos::CNAcos(ASTNode* operand) : CNSingleChildNode(operand, "acos arccosinus") {}
-
-double CNAcos::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNAcos::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return applied<arcCosine>(operands); });
-}
-
-std::uint32_t CNAcos::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return domainError<withinUnitRange>(operands); });
-}
-
-const StackRules* CNAcos::stackRules() const {
-    return &kAcosRules;
-}
-
-cellformula::WalkedAnswer CNAcos::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kAcosRules.walk(*this, evaluation);
-}
+double CNAcos::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Acos); }
+std::uint32_t CNAcos::errType() { return cellformula::errorAs(*this, Operation::Acos); }
+Operation CNAcos::operation() const { return Operation::Acos; }
 
 CNAtan::CNAtan(ASTNode* operand) : CNSingleChildNode(operand, "atan arctangent") {}
-
-double CNAtan::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNAtan::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return applied<arcTangent>(operands); });
-}
-
-const StackRules* CNAtan::stackRules() const {
-    return &kAtanRules;
-}
-
-cellformula::WalkedAnswer CNAtan::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kAtanRules.walk(*this, evaluation);
-}
+double CNAtan::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Atan); }
+Operation CNAtan::operation() const { return Operation::Atan; }
 
 CNSqrt::CNSqrt(ASTNode* operand) : CNSingleChildNode(operand, "sqrt square root") {}
-
-double CNSqrt::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNSqrt::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return applied<squareRoot>(operands); });
-}
-
-std::uint32_t CNSqrt::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return domainError<notNegative>(operands); });
-}
-
-const StackRules* CNSqrt::stackRules() const {
-    return &kSqrtRules;
-}
-
-cellformula::WalkedAnswer CNSqrt::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kSqrtRules.walk(*this, evaluation);
-}
+double CNSqrt::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Sqrt); }
+std::uint32_t CNSqrt::errType() { return cellformula::errorAs(*this, Operation::Sqrt); }
+Operation CNSqrt::operation() const { return Operation::Sqrt; }
 
 CNLn::CNLn(ASTNode* operand) : CNSingleChildNode(operand, "ln natural logarithm") {}
+double CNLn::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Ln); }
+std::uint32_t CNLn::errType() { return cellformula::errorAs(*this, Operation::Ln); }
+Operation CNLn::operation() const { return Operation::Ln; }
 
-double CNLn::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNLn::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return applied<naturalLogarithm>(operands); });
-}
-
-std::uint32_t CNLn::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation,
-                                        [](auto& operands) { return domainError<positive>(operands); });
-}
-
-const StackRules* CNLn::stackRules() const {
-    return &kLnRules;
-}
-
-cellformula::WalkedAnswer CNLn::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kLnRules.walk(*this, evaluation);
-}
-
-// ---------------------------------------------------------------- CNAtan2
-
-CNAtan2::CNAtan2(ASTNode* left, ASTNode* right)
-    : CNManyChildrenNode(left, right, "atan2 arctangent with 2 params") {}
-
-double CNAtan2::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNAtan2::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return angle(operands); });
-}
-
-const StackRules* CNAtan2::stackRules() const {
-    return &kAtan2Rules;
-}
-
-cellformula::WalkedAnswer CNAtan2::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kAtan2Rules.walk(*this, evaluation);
-}
-
-// ---------------------------------------------------------------- CNLog
+CNAtan2::CNAtan2(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "atan2 arctangent with 2 params") {}
+double CNAtan2::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Atan2); }
+Operation CNAtan2::operation() const { return Operation::Atan2; }
 
 CNLog::CNLog(ASTNode* left, ASTNode* right) : CNManyChildrenNode(left, right, "log base 10 logarithm") {}
-
-double CNLog::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-double CNLog::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return logarithm(operands); });
-}
-
-std::uint32_t CNLog::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    return cellformula::applyToOperands(*this, evaluation, [](auto& operands) { return logarithmError(operands); });
-}
-
-const StackRules* CNLog::stackRules() const {
-    return &kLogRules;
-}
-
-cellformula::WalkedAnswer CNLog::walkWithin(cellformula::Evaluation& evaluation) const {
-    return kLogRules.walk(*this, evaluation);
-}
+double CNLog::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Log); }
+std::uint32_t CNLog::errType() { return cellformula::errorAs(*this, Operation::Log); }
+Operation CNLog::operation() const { return Operation::Log; }

@@ -3,109 +3,89 @@
 
 #include "astnode.h"
 
-// SIN, radians.
+// SIN: the sine of an angle in radians.
 class CNSin : public CNSingleChildNode {
 public:
     explicit CNSin(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// COS.
+// COS: the cosine of an angle in radians.
 class CNCos : public CNSingleChildNode {
 public:
     explicit CNCos(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// TAN.
+// TAN: the tangent of an angle in radians.
 class CNTan : public CNSingleChildNode {
 public:
     explicit CNTan(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// ASIN, defined on -1..1.
+// ASIN: defined on -1..1.
 class CNAsin : public CNSingleChildNode {
 public:
     explicit CNAsin(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// ACOS, defined on -1..1.
+// ACOS: defined on -1..1.
 class CNAcos : public CNSingleChildNode {
 public:
     explicit CNAcos(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// ATAN.
+// ATAN: the arctangent in radians.
 class CNAtan : public CNSingleChildNode {
 public:
     explicit CNAtan(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// SQRT of a non-negative number.
+// SQRT: a negative operand is a domain error.
 class CNSqrt : public CNSingleChildNode {
 public:
     explicit CNSqrt(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// LN, natural logarithm.
+// LN: 0 is infinite, negatives a domain error.
 class CNLn : public CNSingleChildNode {
 public:
     explicit CNLn(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// ATAN2(x;y): the angle of the point (x, y).
+// ATAN2(x; y): the angle of the point (x, y), the second argument the ordinate.
 class CNAtan2 : public CNManyChildrenNode {
 public:
     CNAtan2(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    cellformula::Operation operation() const override;
 };
 
-// LOG(x;base); base 10 goes through log10 so LOG(1000) is exactly 3.
+// LOG(x; base); LOG(x) is built with the base 10.
 class CNLog : public CNManyChildrenNode {
 public:
     CNLog(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
-    const cellformula::StackRules* stackRules() const override;
-    cellformula::WalkedAnswer walkWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 #endif

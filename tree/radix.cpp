@@ -5,11 +5,13 @@
 #include <cstdio>
 #include <cstdlib>
 
-using cellformula::Evaluation;
-using cellformula::errorOf;
-using cellformula::numberOf;
-using cellformula::textOf;
-using cellformula::typeOf;
+#include "operation.h"
+#include "program.h"
+#include "rules.h"
+
+using cellformula::Operation;
+
+namespace cellformula {
 
 namespace {
 
@@ -47,151 +49,123 @@ bool onlyDigitsOf(const std::string& text, const char* digits) {
     return text.find_first_not_of(digits) == std::string::npos;
 }
 
-// Up to eight binary digits, read as std::bitset<8> reads them: any other
-// character among them throws std::invalid_argument.
-double binaryValue(const std::string& text) {
-    return static_cast<double>(std::bitset<8>(text, 0, 8).to_ulong());
-}
-
-std::uint32_t binaryTextError(const std::string& text) {
-    if (!onlyDigitsOf(text, kBinaryDigits)) return ErrInvalidArg;
-    return text.size() > 8 ? ErrInvalidArg : ErrNone;
-}
-
-}  // namespace
-
-CNDec2Bin::CNDec2Bin(ASTNode* operand) : CNSingleChildNode(operand, "Dec To Bin") {}
-
-double CNDec2Bin::f64Evaluate() const {
-    return 0.0;
-}
-
-std::uint32_t CNDec2Bin::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
+std::uint32_t textResult(Operands&) {
     return ExprString;
 }
 
-CNBin2Dec::CNBin2Dec(ASTNode* operand) : CNSingleChildNode(operand, "Bin To Dec") {}
-
-double CNBin2Dec::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-CNDec2Hex::CNDec2Hex(ASTNode* operand) : CNSingleChildNode(operand, "Dec To Hex") {}
-
-double CNDec2Hex::f64Evaluate() const {
-    return 0.0;
-}
-
-std::uint32_t CNDec2Hex::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return ExprString;
-}
-
-CNHex2Dec::CNHex2Dec(ASTNode* operand) : CNSingleChildNode(operand, "Hex To Dec") {}
-
-double CNHex2Dec::f64Evaluate() const {
-    return cellformula::numberOfEntry(*this);
-}
-
-CNBin2Hex::CNBin2Hex(ASTNode* operand) : CNSingleChildNode(operand, "Bin To Hex") {}
-
-double CNBin2Hex::f64Evaluate() const {
-    return 0.0;
-}
-
-std::uint32_t CNBin2Hex::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return ExprString;
-}
-
-CNHex2Bin::CNHex2Bin(ASTNode* operand) : CNSingleChildNode(operand, "Hex To Bin") {}
-
-double CNHex2Bin::f64Evaluate() const {
-    return 0.0;
-}
-
-std::uint32_t CNHex2Bin::typeWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::typeWithin(evaluation);
-    return ExprString;
-}
-
-void CNDec2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
-    text += binaryDigits(toUnsigned32(numberOf(*poChild, evaluation)));
-}
-
-std::uint32_t CNDec2Bin::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    const std::uint32_t operand = errorOf(*poChild, evaluation);
-    if (operand != ErrNone) return operand;
-    if (typeOf(*poChild, evaluation) == ExprString) return ErrInvalidArg;
-    const double value = numberOf(*poChild, evaluation);
+std::uint32_t decimalToBinaryError(Operands& operands) {
+    const std::uint32_t error = operands.error(0);
+    if (error != ErrNone) return error;
+    if (operands.type(0) == ExprString) return ErrInvalidArg;
+    const double value = operands.number(0);
     return (value < 0.0 || value > 255.0) ? ErrInvalidArg : ErrNone;
 }
 
-void CNDec2Hex::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
-    text += hexDigits(toUnsigned32(numberOf(*poChild, evaluation)));
+std::uint32_t decimalToHexError(Operands& operands) {
+    const std::uint32_t error = operands.error(0);
+    if (error != ErrNone) return error;
+    if (operands.number(0) < 0.0) return ErrInvalidArg;
+    return operands.type(0) != ExprNumber ? ErrInvalidArg : ErrNone;
 }
 
-std::uint32_t CNDec2Hex::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    const std::uint32_t operand = errorOf(*poChild, evaluation);
-    if (operand != ErrNone) return operand;
-    if (numberOf(*poChild, evaluation) < 0.0) return ErrInvalidArg;
-    return typeOf(*poChild, evaluation) != ExprNumber ? ErrInvalidArg : ErrNone;
+std::uint32_t binaryError(Operands& operands) {
+    const std::uint32_t error = operands.error(0);
+    if (error != ErrNone) return error;
+    const std::string& text = operands.text(0);
+    return (!onlyDigitsOf(text, kBinaryDigits) || text.size() > 8) ? ErrInvalidArg : ErrNone;
 }
 
-double CNBin2Dec::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return binaryValue(textOf(*poChild, evaluation));
-}
-
-std::uint32_t CNBin2Dec::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    const std::uint32_t operand = errorOf(*poChild, evaluation);
-    if (operand != ErrNone) return operand;
-    return binaryTextError(textOf(*poChild, evaluation));
-}
-
-double CNHex2Dec::numberWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::numberWithin(evaluation);
-    return static_cast<double>(readHex(textOf(*poChild, evaluation)));
-}
-
-std::uint32_t CNHex2Dec::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    const std::uint32_t operand = errorOf(*poChild, evaluation);
-    if (operand != ErrNone) return operand;
-    const std::string text = textOf(*poChild, evaluation);
+template <bool ToBinary>
+std::uint32_t hexError(Operands& operands) {
+    const std::uint32_t error = operands.error(0);
+    if (error != ErrNone) return error;
+    const std::string& text = operands.text(0);
     if (!onlyDigitsOf(text, kHexDigits)) return ErrInvalidArg;
+    if (ToBinary) return static_cast<std::uint32_t>(readHex(text)) > 255 ? ErrInvalidArg : ErrNone;
     return readHex(text) < 0 ? ErrInvalidArg : ErrNone;
 }
 
-void CNBin2Hex::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
-    const long binary = std::strtol(textOf(*poChild, evaluation).c_str(), nullptr, 2);
-    text += hexDigits(static_cast<std::uint32_t>(binary));
+// Up to eight binary digits, read as std::bitset<8> reads them: any other
+// character among them raises std::invalid_argument.
+double binaryValue(Operands& operands) {
+    const std::string& text = operands.text(0);
+    try {
+        return static_cast<double>(std::bitset<8>(text, 0, 8).to_ulong());
+    } catch (...) {
+        operands.raiseOwn();
+    }
 }
 
-std::uint32_t CNBin2Hex::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    const std::uint32_t operand = errorOf(*poChild, evaluation);
-    if (operand != ErrNone) return operand;
-    return binaryTextError(textOf(*poChild, evaluation));
-}
+constexpr Asks kNumberAsks{kType | kError | kNumber, 0};
+constexpr Asks kTextAsks{kError | kText, 0};
 
-void CNHex2Bin::appendTextWithin(Evaluation& evaluation, std::string& text) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::appendTextWithin(evaluation, text);
-    text += binaryDigits(static_cast<std::uint32_t>(readHex(textOf(*poChild, evaluation))));
-}
+}  // namespace
 
-std::uint32_t CNHex2Bin::errorWithin(Evaluation& evaluation) const {
-    if (!cellformula::rulesApply(*this, evaluation)) return ASTNode::errorWithin(evaluation);
-    const std::uint32_t operand = errorOf(*poChild, evaluation);
-    if (operand != ErrNone) return operand;
-    const std::string text = textOf(*poChild, evaluation);
-    if (!onlyDigitsOf(text, kHexDigits)) return ErrInvalidArg;
-    return static_cast<std::uint32_t>(readHex(text)) > 255u ? ErrInvalidArg : ErrNone;
-}
+extern const Rules kDec2BinRules{
+    Shape::One, Kind::Text, {kNothing, kNumberAsks, kNothing, kNumbers}, &textResult, &decimalToBinaryError,
+    nullptr, [](Operands& operands, std::string& text) { text = binaryDigits(toUnsigned32(operands.number(0))); }};
+
+extern const Rules kDec2HexRules{
+    Shape::One, Kind::Text, {kNothing, kNumberAsks, kNothing, kNumbers}, &textResult, &decimalToHexError, nullptr,
+    [](Operands& operands, std::string& text) { text = hexDigits(toUnsigned32(operands.number(0))); }};
+
+extern const Rules kBin2DecRules{Shape::One, Kind::Number, {kNothing, kTextAsks, kTexts, kNothing}, nullptr,
+                                 &binaryError, &binaryValue, nullptr};
+
+extern const Rules kHex2DecRules{
+    Shape::One, Kind::Number, {kNothing, kTextAsks, kTexts, kNothing}, nullptr, &hexError<false>,
+    [](Operands& operands) { return static_cast<double>(readHex(operands.text(0))); }, nullptr};
+
+extern const Rules kBin2HexRules{
+    Shape::One, Kind::Text, {kNothing, kTextAsks, kNothing, kTexts}, &textResult, &binaryError, nullptr,
+    [](Operands& operands, std::string& text) {
+        text = hexDigits(static_cast<std::uint32_t>(std::strtol(operands.text(0).c_str(), nullptr, 2)));
+    }};
+
+extern const Rules kHex2BinRules{
+    Shape::One, Kind::Text, {kNothing, kTextAsks, kNothing, kTexts}, &textResult, &hexError<true>, nullptr,
+    [](Operands& operands, std::string& text) {
+        text = binaryDigits(static_cast<std::uint32_t>(readHex(operands.text(0))));
+    }};
+
+}  // namespace cellformula
+
+CNDec2Bin::CNDec2Bin(ASTNode* operand) : CNSingleChildNode(operand, "Dec To Bin") {}
+double CNDec2Bin::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Dec2Bin); }
+std::uint32_t CNDec2Bin::exprType() { return cellformula::typeAs(*this, Operation::Dec2Bin); }
+std::uint32_t CNDec2Bin::errType() { return cellformula::errorAs(*this, Operation::Dec2Bin); }
+std::string CNDec2Bin::stringEvaluate() const { return cellformula::textAs(*this, Operation::Dec2Bin); }
+Operation CNDec2Bin::operation() const { return Operation::Dec2Bin; }
+
+CNBin2Dec::CNBin2Dec(ASTNode* operand) : CNSingleChildNode(operand, "Bin To Dec") {}
+double CNBin2Dec::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Bin2Dec); }
+std::uint32_t CNBin2Dec::exprType() { return cellformula::typeAs(*this, Operation::Bin2Dec); }
+std::uint32_t CNBin2Dec::errType() { return cellformula::errorAs(*this, Operation::Bin2Dec); }
+Operation CNBin2Dec::operation() const { return Operation::Bin2Dec; }
+
+CNDec2Hex::CNDec2Hex(ASTNode* operand) : CNSingleChildNode(operand, "Dec To Hex") {}
+double CNDec2Hex::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Dec2Hex); }
+std::uint32_t CNDec2Hex::exprType() { return cellformula::typeAs(*this, Operation::Dec2Hex); }
+std::uint32_t CNDec2Hex::errType() { return cellformula::errorAs(*this, Operation::Dec2Hex); }
+std::string CNDec2Hex::stringEvaluate() const { return cellformula::textAs(*this, Operation::Dec2Hex); }
+Operation CNDec2Hex::operation() const { return Operation::Dec2Hex; }
+
+CNHex2Dec::CNHex2Dec(ASTNode* operand) : CNSingleChildNode(operand, "Hex To Dec") {}
+double CNHex2Dec::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Hex2Dec); }
+std::uint32_t CNHex2Dec::exprType() { return cellformula::typeAs(*this, Operation::Hex2Dec); }
+std::uint32_t CNHex2Dec::errType() { return cellformula::errorAs(*this, Operation::Hex2Dec); }
+Operation CNHex2Dec::operation() const { return Operation::Hex2Dec; }
+
+CNBin2Hex::CNBin2Hex(ASTNode* operand) : CNSingleChildNode(operand, "Bin To Hex") {}
+double CNBin2Hex::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Bin2Hex); }
+std::uint32_t CNBin2Hex::exprType() { return cellformula::typeAs(*this, Operation::Bin2Hex); }
+std::uint32_t CNBin2Hex::errType() { return cellformula::errorAs(*this, Operation::Bin2Hex); }
+std::string CNBin2Hex::stringEvaluate() const { return cellformula::textAs(*this, Operation::Bin2Hex); }
+Operation CNBin2Hex::operation() const { return Operation::Bin2Hex; }
+
+CNHex2Bin::CNHex2Bin(ASTNode* operand) : CNSingleChildNode(operand, "Hex To Bin") {}
+double CNHex2Bin::f64Evaluate() const { return cellformula::numberAs(*this, Operation::Hex2Bin); }
+std::uint32_t CNHex2Bin::exprType() { return cellformula::typeAs(*this, Operation::Hex2Bin); }
+std::uint32_t CNHex2Bin::errType() { return cellformula::errorAs(*this, Operation::Hex2Bin); }
+std::string CNHex2Bin::stringEvaluate() const { return cellformula::textAs(*this, Operation::Hex2Bin); }
+Operation CNHex2Bin::operation() const { return Operation::Hex2Bin; }

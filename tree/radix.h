@@ -8,9 +8,10 @@ class CNDec2Bin : public CNSingleChildNode {
 public:
     explicit CNDec2Bin(ASTNode* operand);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
 // BIN2DEC: the value of up to eight binary digits.
@@ -18,8 +19,9 @@ class CNBin2Dec : public CNSingleChildNode {
 public:
     explicit CNBin2Dec(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
 // DEC2HEX: hexadecimal digits of a non-negative number.
@@ -27,9 +29,10 @@ class CNDec2Hex : public CNSingleChildNode {
 public:
     explicit CNDec2Hex(ASTNode* operand);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
 // HEX2DEC: the value of hexadecimal digits.
@@ -37,28 +40,31 @@ class CNHex2Dec : public CNSingleChildNode {
 public:
     explicit CNHex2Dec(ASTNode* operand);
     double f64Evaluate() const override;
-    double numberWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    cellformula::Operation operation() const override;
 };
 
-// BIN2HEX: hexadecimal digits of binary digits.
+// BIN2HEX: binary digits rewritten in hexadecimal.
 class CNBin2Hex : public CNSingleChildNode {
 public:
     explicit CNBin2Hex(ASTNode* operand);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
-// HEX2BIN: binary digits of hexadecimal digits up to FF.
+// HEX2BIN: hexadecimal digits rewritten in binary, at most 255.
 class CNHex2Bin : public CNSingleChildNode {
 public:
     explicit CNHex2Bin(ASTNode* operand);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
 #endif

@@ -3,34 +3,37 @@
 
 #include "astnode.h"
 
-// TEXT(value; format) with a format of zeros and one point.
+// TEXT(value; format): the value written with the format's places.
 class CNText : public CNManyChildrenNode {
 public:
     CNText(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
-// LEFT(text; count).
+// LEFT(text; count): the first characters.
 class CNLeft : public CNManyChildrenNode {
 public:
     CNLeft(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
-// RIGHT(text; count); a negative count throws std::out_of_range.
+// RIGHT(text; count): the last characters.
 class CNRight : public CNManyChildrenNode {
 public:
     CNRight(ASTNode* left, ASTNode* right);
     double f64Evaluate() const override;
-    void appendTextWithin(cellformula::Evaluation& evaluation, std::string& text) const override;
-    std::uint32_t typeWithin(cellformula::Evaluation& evaluation) const override;
-    std::uint32_t errorWithin(cellformula::Evaluation& evaluation) const override;
+    std::uint32_t exprType() override;
+    std::uint32_t errType() override;
+    std::string stringEvaluate() const override;
+    cellformula::Operation operation() const override;
 };
 
 #endif
