@@ -30,6 +30,24 @@ const OperationName kOperations[] = {
 // all the series finish in a few minutes.
 constexpr double kSeriesSeconds = 0.1;
 
+// A node's operands through the public fields of the node classes.
+void operandsOf(const ASTNode& node, std::vector<const ASTNode*>& pending) {
+    auto add = [&](const ASTNode* operand) {
+        if (operand != nullptr) pending.push_back(operand);
+    };
+    if (const auto* one = dynamic_cast<const CNSingleChildNode*>(&node)) {
+        add(one->poChild);
+    } else if (const auto* many = dynamic_cast<const CNManyChildrenNode*>(&node)) {
+        add(many->poLeft);
+        add(many->poRight);
+        for (const ASTNode* child : many->oChildren) add(child);
+    } else if (const auto* condition = dynamic_cast<const CNIf*>(&node)) {
+        add(condition->poCondition);
+        add(condition->poThen);
+        add(condition->poElse);
+    }
+}
+
 // Every node once, through a work list and no recursion: what reading the
 // tree's memory costs by itself, the floor under every walk of that tree.
 std::size_t visitNodes(const ASTNode& root) {
@@ -39,7 +57,7 @@ std::size_t visitNodes(const ASTNode& root) {
         const ASTNode* node = pending.back();
         pending.pop_back();
         ++visited;
-        node->listOperands(pending);
+        operandsOf(*node, pending);
     }
     return visited;
 }

@@ -74,6 +74,12 @@ ParserDriver& ParserDriver::operator=(const ParserDriver& other) {
 }
 
 ASTNode* ParserDriver::poParseExpression(const std::string& text) {
+    // A host that parses again from inside its own variable source would
+    // pull the scanner and parser out from under the parse that asked it.
+    if (poContext_->hostText != nullptr) {
+        oErrorText_ = "poParseExpression called during a parse on the same driver";
+        return nullptr;
+    }
     poRoot_ = nullptr;
     oErrorText_.clear();
     poContext_->hasSyntaxError = false;
@@ -111,6 +117,7 @@ ASTNode* ParserDriver::poParseExpression(const std::string& text) {
         }
     }
     poContext_->hostText = nullptr;
+    if (result == 0) oErrorText_.clear();
     return poRoot_;
 }
 

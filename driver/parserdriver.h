@@ -34,7 +34,9 @@ public:
 
     // Parses one formula ("=..." or a bare number). Returns the tree, owned by
     // the caller, or null; after a failure oGetErrorMsg() says why (it stays
-    // empty for a text that is neither a number nor begins with "=").
+    // empty for a text that is neither a number nor begins with "="). Called
+    // again from inside the variable source during a parse, it returns null
+    // with an error text and leaves the parse under way undisturbed.
     ASTNode* poParseExpression(const std::string& text);
 
     void vSetASTNode(ASTNode* root);

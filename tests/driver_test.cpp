@@ -180,4 +180,35 @@ TEST(Driver, CopyAssignmentClonesTheSourceOnlyWhenMissing) {
     EXPECT_EQ(kept.oGetErrorMsg(), "kept");
 }
 
+// A source that parses again on the same driver while it is asked a name.
+class ReenteringSource : public CalculationCollectionBase {
+public:
+    explicit ReenteringSource(ExpressionParser::ParserDriver& driver) : driver_(driver) {}
+    VariableRecord oGetVariable(const std::string&) override {
+        inner = driver_.poParseExpression("=1+2");
+        innerError = driver_.oGetErrorMsg();
+        return VariableRecord{ExprNumber, &value_, nullptr, ErrNone};
+    }
+    CalculationCollectionBase* poClone() override { return nullptr; }
+
+    ASTNode* inner = nullptr;
+    std::string innerError;
+
+private:
+    ExpressionParser::ParserDriver& driver_;
+    double value_ = 4.0;
+};
+
+TEST(Driver, ParsingAgainDuringAParseFailsCleanly) {
+    ExpressionParser::ParserDriver driver;
+    ReenteringSource source(driver);
+    driver.vSetCalcCollection(&source);
+    std::unique_ptr<ASTNode> root(driver.poParseExpression("=A1*2"));
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->f64Evaluate(), 8.0);
+    EXPECT_EQ(source.inner, nullptr);
+    EXPECT_FALSE(source.innerError.empty());
+    EXPECT_TRUE(driver.oGetErrorMsg().empty());
+}
+
 }  // namespace

@@ -79,6 +79,13 @@ void expectClassicResults() {
         EXPECT_EQ(ParserDriver::oOffsetCellsNames(c.formula, c.rows, c.columns), c.rewritten);
     }
     EXPECT_EQ(ParserDriver::oChangeCellNamesAfterRowInsertion("=A999+A1000+$A$1000", 1000), "=A999+A1001+$A$1000");
+    // The outline's numbers too, on a stream that carries the global locale.
+    ParserDriver driver;
+    std::unique_ptr<ASTNode> tree(driver.poParseExpression("=1234.5*2"));
+    std::stringstream outline;
+    outline.imbue(std::locale());
+    tree->vPrintNode(outline, 0);
+    EXPECT_EQ(outline.str(), "* multiply\n  1234.5\n  2\n");
 }
 
 // A German locale: decimal comma, "." grouping thousands. Made with localedef
