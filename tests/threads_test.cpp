@@ -125,4 +125,26 @@ TEST(Threads, ThreadsShareOneTree) {
     EXPECT_EQ(mismatches, 0);
 }
 
+// Deep trees evaluated on several threads at once: each call keeps its own
+// stack of answers on the heap, whatever the depth.
+TEST(Threads, DeepTreesOnSeveralThreads) {
+    ExpressionParser::ParserDriver driver;
+    const int depth = 20000;
+    std::string sqrt = "=";
+    for (int i = 0; i < depth; ++i) sqrt += "SQRT(";
+    sqrt += "1" + std::string(depth, ')');
+    std::string concatenation = "=\"a\"";
+    for (int i = 0; i < depth; ++i) concatenation += "+\"a\"";
+    std::unique_ptr<ASTNode> number(driver.poParseExpression(sqrt));
+    std::unique_ptr<ASTNode> text(driver.poParseExpression(concatenation));
+    ASSERT_TRUE(number && text);
+    const cellformula::CompiledFormula program(*number);
+    const int mismatches = mismatchesOnThreads([&] {
+        return number->f64Evaluate() == 1.0 && number->errType() == ErrNone && program.f64Evaluate() == 1.0 &&
+               text->stringEvaluate().size() == static_cast<std::size_t>(depth + 1) &&
+               cellformula::oEvaluateAll(*text).oText.size() == static_cast<std::size_t>(depth + 1);
+    });
+    EXPECT_EQ(mismatches, 0);
+}
+
 }  // namespace

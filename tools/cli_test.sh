@@ -233,7 +233,7 @@ fi
 check 2 "" "cellformula: unknown option --bogus (see cellformula --help)" --bogus '=1'
 check 2 "" "cellformula: unknown option --bogus (see cellformula --help)" --bogus=1 '=1'
 check 2 "" "*--tree takes no value*" --tree=yes '=1'
-check 0 "cellformula 1.0.0" "" --version
+check 0 "cellformula 2.0.0" "" --version
 check 2 "" "*--cell needs an argument*" --cell
 check 2 "" "*--cell expects NAME=VALUE*" --cell A1 '=1'
 check 2 "" "*must be a number, a text in double quotes, or empty*" --cell A1=abc '=1'
