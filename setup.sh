@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Fresh-machine entry point: installs missing build tools, builds, and then
 # either runs the command-line program on an example (run) or the whole test
-# suite twice, plain and under AddressSanitizer + UndefinedBehaviorSanitizer (test).
+# suite twice, plain and under AddressSanitizer + UndefinedBehaviorSanitizer (test),
+# and once more cross-built for aarch64 under qemu-user.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-readonly PACKAGES=(flex libfl-dev bison cmake g++ make pkg-config libgtest-dev libbenchmark-dev libmuparser-dev clang libclang-rt-14-dev locales)
+readonly PACKAGES=(flex libfl-dev bison cmake g++ make pkg-config libgtest-dev libbenchmark-dev libmuparser-dev clang libclang-rt-14-dev locales g++-aarch64-linux-gnu libc6-dev-arm64-cross qemu-user googletest)
 JOBS="$(nproc 2>/dev/null || echo 2)"
 readonly JOBS
 
@@ -21,6 +22,8 @@ package_command() {
     case "$1" in
         flex | bison | cmake | g++ | make | pkg-config) echo "$1" ;;
         clang) echo clang++ ;;
+        g++-aarch64-linux-gnu) echo aarch64-linux-gnu-g++ ;;
+        qemu-user) echo qemu-aarch64 ;;
         *) echo "" ;;
     esac
 }
@@ -106,6 +109,16 @@ run_tests() {
 
     # The installed package, used from outside through CMake and pkg-config.
     env JOBS="$JOBS" sh tests/install/check.sh . build-install
+
+    run_aarch64_tests
+}
+
+# The whole suite, the command-line and documentation scripts included, built
+# for aarch64 and run under qemu-user (GoogleTest is built from its sources).
+run_aarch64_tests() {
+    configure_and_build build-aarch64 "" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/aarch64-linux-gnu.cmake" \
+        -DCELLFORMULA_WARNINGS_AS_ERRORS=ON -DCELLFORMULA_BUILD_BENCHMARKS=OFF -DCELLFORMULA_BUILD_FUZZERS=OFF
+    ctest --test-dir build-aarch64 --output-on-failure -j "$JOBS"
 }
 
 (($# == 1)) || usage
