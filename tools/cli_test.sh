@@ -322,6 +322,21 @@ check 1 '{"formula":"=SUM(A1:x)","value":null,"number":null,"type":"error","erro
     "*" --json '=SUM(A1:x)'
 check 1 '{"formula":"A1","value":null,"number":null,"type":"error","error":null,"errorName":null,"errorText":"not a formula"}' "*" --json 'A1'
 
+# --- the formula bar: cursor help, numbers in full, hints on standard error
+check 0 "$(printf '9 11 name SU\tIF 1\tSUM\n2 4 name ab\t- -\t')" "" cursor 11 '=IF(A1>0;SU' '="ab'
+check 0 '{"token":{"kind":"function","detail":"function","text":"SIN","begin":1,"end":4,"begin16":1,"end16":4,"beginCp":1,"endCp":4},"function":null,"argument":null,"inText":false,"completions":["SIN"]}' "" \
+    cursor 3 '=SIN(1)' --json
+check 0 "$(printf '4 5 number 1\tLN 0\t')" "" cursor 99 '=ln(1'
+check 2 "" "*OFFSET must be a whole number*" cursor x '=1'
+check 0 "$(res 1234567.89 number '0 ErrNone')
+$(res 0.30000000000000004 number '0 ErrNone')
+$(res inf number '5 ErrDomain')" "" --digits '=1234567.89' '=0.1+0.2' '=1/0'
+check 0 '{"formula":"=1234567.89","value":"1.23457e+06","number":1234567.89,"type":"number","error":0,"errorName":"ErrNone","errorText":""}
+{"formula":"=-0","value":"-0","number":-0,"type":"number","error":0,"errorName":"ErrNone","errorText":""}' "" \
+    --json '=1234567.89' '=-0'
+check 1 "$(failure "1.5: syntax error, unexpected '('")" "<argument>:1: 1.5: syntax error, unexpected '('
+<argument>:1: hint: Function names are written all in capitals or all in small letters: SUM or sum." '=Sum(1)'
+
 # --- help
 total=$((total + 1))
 if ! "$cli" --help | grep -q '^Usage:'; then
