@@ -55,13 +55,13 @@ enum class TokenDetail : std::uint8_t {
 // a long formula's token list small.
 struct FormulaToken {
     TokenKind oKind;
+    TokenDetail oDetail = TokenDetail::Character;  // beside the kind, so that both share one word
     std::uint64_t u64Begin;
     std::uint64_t u64End;
     std::uint64_t u64BeginUtf16 = 0;
     std::uint64_t u64EndUtf16 = 0;
     std::uint64_t u64BeginCodePoint = 0;
     std::uint64_t u64EndCodePoint = 0;
-    TokenDetail oDetail = TokenDetail::Character;
 
     // The token's bytes in the text it was read from.
     std::string_view oText(std::string_view formula) const { return formula.substr(u64Begin, u64End - u64Begin); }
