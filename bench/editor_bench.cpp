@@ -6,7 +6,9 @@
 
 #include "benchutil.h"
 #include "cellreferences.h"
+#include "formulacursor.h"
 #include "formulatokens.h"
+#include "parserdriver.h"
 #include "scanner.h"
 
 namespace {
@@ -92,8 +94,41 @@ void tokensOfShape(benchmark::State& state, std::string piece) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
     state.counters["tokens"] = static_cast<double>(kept.size());
 }
+// Help with the cursor at the end, so the whole text is read.
+void cursorAtEnd(benchmark::State& state) {
+    const std::string formula = longMixedFormula(kLongText);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ExpressionParser::FormulaCursor::oGetHelp(formula, formula.size()));
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+}
+
+// Everything a formula bar does at one keystroke on a 1 KB formula: tokens,
+// references, a parse with its syntax-error data, and the help at the cursor.
+// `ending` is what was typed last: nothing (a complete formula), an unfinished
+// call, or an open quote (judged by a second parse with the quote closed).
+void keystroke(benchmark::State& state, std::string ending) {
+    const std::string formula = longMixedFormula(1024 - ending.size()) + ending;
+    ExpressionParser::ParserDriver driver;
+    driver.vSetErrorStream(nullptr);
+    std::vector<ExpressionParser::FormulaToken> tokens;
+    std::vector<ExpressionParser::CellReference> references;
+    for (auto _ : state) {
+        FormulaTokens::vGetTokens(formula, tokens);
+        CellReferences::vGetReferences(formula, references);
+        delete driver.poParseExpression(formula);
+        benchmark::DoNotOptimize(driver.poGetSyntaxError());
+        benchmark::DoNotOptimize(ExpressionParser::FormulaCursor::oGetHelp(formula, formula.size()));
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(formula.size()));
+    state.counters["bytes"] = static_cast<double>(formula.size());
+}
 }  // namespace
 
+BENCHMARK(cursorAtEnd)->Name("Cursor/Mixed/1MB");
+BENCHMARK_CAPTURE(keystroke, complete, std::string())->Name("Keystroke/1KB/Complete");
+BENCHMARK_CAPTURE(keystroke, unfinished, std::string("+SUM(A1;"))->Name("Keystroke/1KB/Unfinished");
+BENCHMARK_CAPTURE(keystroke, openQuote, std::string("+LEFT(\"ab"))->Name("Keystroke/1KB/OpenQuote");
 BENCHMARK_CAPTURE(tokens, mixed, false, true)->Name("Tokens/Mixed/1MB");
 BENCHMARK_CAPTURE(tokens, references, true, true)->Name("Tokens/References/1MB");
 BENCHMARK_CAPTURE(tokens, mixedNew, false, false)->Name("Tokens/Mixed/1MB/NewVector");

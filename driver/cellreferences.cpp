@@ -1,6 +1,7 @@
 #include "cellreferences.h"
 
 #include "cellname.h"
+#include "textunits.h"
 #include "tokenreader.h"
 
 namespace ExpressionParser {
@@ -17,10 +18,16 @@ struct NameToken {
 // Reads a name token's bytes as a cell name in place. It fills `read` field
 // by field: a name returned whole, stored in narrow pieces and copied at once
 // in wide ones, stalled every name on the store forwarding.
-void readName(std::string_view formula, const ScannedToken& token, NameToken& read) {
-    read = NameToken{CellCorner{token.begin, token.end, 0, 0, false, false}, false};
+void readName(std::string_view formula, const ScannedToken& token, TextUnitCounter& units, NameToken& read) {
+    read = NameToken{CellCorner{token.begin, token.end, 0, 0, false, false, 0, 0, 0, 0}, false};
     SpreadSheetHelper::CellName cell;
     if (!SpreadSheetHelper::readCellName(formula.substr(token.begin, token.end - token.begin), cell)) return;
+    const TextUnits begin = units.at(token.begin);
+    read.corner.u64BeginUtf16 = begin.utf16;
+    read.corner.u64BeginCodePoint = begin.codePoints;
+    const TextUnits end = units.at(token.end);
+    read.corner.u64EndUtf16 = end.utf16;
+    read.corner.u64EndCodePoint = end.codePoints;
     read.corner.s32Column = cell.column;
     read.corner.s32Row = cell.row;
     read.corner.bColumnAbsolute = cell.columnAbsolute;
@@ -33,14 +40,14 @@ void readName(std::string_view formula, const ScannedToken& token, NameToken& re
 class ReferenceCollector {
 public:
     ReferenceCollector(const std::string& formula, std::vector<CellReference>& references)
-        : formula_(formula), references_(references) {
+        : formula_(formula), references_(references), units_(formula) {
         references_.clear();
     }
 
     void take(const ScannedToken& token) {
         if (token.symbol == Symbol::S_STRING) {
             if (stage_ == Stage::AfterColon) {
-                readName(formula_, token, second_);
+                readName(formula_, token, units_, second_);
                 // The parser pairs these two names as a range whatever they are.
                 if (first_.isCell && second_.isCell) {
                     addRange(first_.corner, second_.corner);
@@ -52,7 +59,7 @@ public:
                 return;
             }
             flush();
-            readName(formula_, token, first_);
+            readName(formula_, token, units_, first_);
             stage_ = Stage::AfterName;
             return;
         }
@@ -75,15 +82,19 @@ private:
 
     void addSingle(const NameToken& name) {
         if (!name.isCell) return;
-        references_.push_back(CellReference{name.corner.u64Begin, name.corner.u64End, false, name.corner, name.corner});
+        const CellCorner& cell = name.corner;
+        references_.push_back(CellReference{cell.u64Begin, cell.u64End, false, cell, cell, cell.u64BeginUtf16,
+                                            cell.u64EndUtf16, cell.u64BeginCodePoint, cell.u64EndCodePoint});
     }
 
     void addRange(const CellCorner& from, const CellCorner& to) {
-        references_.push_back(CellReference{from.u64Begin, to.u64End, true, from, to});
+        references_.push_back(CellReference{from.u64Begin, to.u64End, true, from, to, from.u64BeginUtf16,
+                                            to.u64EndUtf16, from.u64BeginCodePoint, to.u64EndCodePoint});
     }
 
     std::string_view formula_;
     std::vector<CellReference>& references_;
+    TextUnitCounter units_;
     NameToken first_{};
     NameToken second_{};
     Stage stage_ = Stage::Idle;

@@ -9,7 +9,9 @@
 namespace ExpressionParser {
 
 // One cell name inside a formula: where it stands, the cell it names
-// (indices from 0: "B3" is column 1, row 2) and its "$" markers.
+// (indices from 0: "B3" is column 1, row 2) and its "$" markers. Spans are
+// given in bytes and, as the tokens give them, in UTF-16 code units and code
+// points.
 struct CellCorner {
     std::uint64_t u64Begin;
     std::uint64_t u64End;
@@ -17,6 +19,10 @@ struct CellCorner {
     std::int32_t s32Row;
     bool bColumnAbsolute;
     bool bRowAbsolute;
+    std::uint64_t u64BeginUtf16 = 0;
+    std::uint64_t u64EndUtf16 = 0;
+    std::uint64_t u64BeginCodePoint = 0;
+    std::uint64_t u64EndCodePoint = 0;
 };
 
 // A reference to one cell or to a range. A single cell has both corners
@@ -28,6 +34,10 @@ struct CellReference {
     bool bIsRange;
     CellCorner oFrom;
     CellCorner oTo;
+    std::uint64_t u64BeginUtf16 = 0;      // the span in UTF-16 code units and in code points
+    std::uint64_t u64EndUtf16 = 0;
+    std::uint64_t u64BeginCodePoint = 0;
+    std::uint64_t u64EndCodePoint = 0;
 
     // The reference as written in the formula it was read from ("$A$1", "A1 : B3").
     std::string_view oText(std::string_view formula) const { return formula.substr(u64Begin, u64End - u64Begin); }

@@ -14,6 +14,23 @@ enum class FunctionResult {
     FromArguments,  // SUM joins texts when an argument is one; IF yields its chosen branch
 };
 
+// What an argument takes.
+enum class ArgumentKind {
+    Number,
+    Text,
+    Range,  // a value, or a cell range such as A1:B3
+    Any,    // a number or a text
+};
+
+// One argument of a function, for a tooltip that follows the cursor.
+struct FunctionArgument {
+    std::string oName;         // "base"
+    ArgumentKind oKind;
+    bool bOptional;            // may be left out (with its ";")
+    bool bRepeats;             // may be given any number of times, separated by ";"
+    std::string oDescription;  // one line
+};
+
 // One function of the formula language. Arguments are separated by ";"; the
 // name is also accepted in small letters.
 struct FunctionEntry {
@@ -24,6 +41,7 @@ struct FunctionEntry {
     bool bAcceptsRanges;            // a range such as A1:B3 may stand as an argument
     FunctionResult oResult;
     std::string oDescription;
+    std::vector<FunctionArgument> oArguments;  // in the order they are written
 };
 
 class FunctionCatalogue {
@@ -36,6 +54,9 @@ public:
     // The entry of a function name in either accepted spelling ("SUM" or
     // "sum"), or null.
     static const FunctionEntry* poFind(const std::string& name);
+
+    // "number", "text", "range" or "any".
+    static std::string oGetArgumentKindName(ArgumentKind kind);
 };
 
 }  // namespace ExpressionParser

@@ -6,6 +6,7 @@
 
 #include "parser.hh"
 #include "scanner.h"
+#include "syntaxerroradvice.h"
 #include "syntaxerrorreader.h"
 
 namespace ExpressionParser {
@@ -115,6 +116,7 @@ ASTNode* ParserDriver::poParseExpression(const std::string& text) {
             poContext_->errorReader(prefixed).fromRangeMessage(oErrorText_, poContext_->syntaxError)) {
             poContext_->hasSyntaxError = true;
         }
+        if (poContext_->hasSyntaxError) SyntaxErrorAdvice::addTo(text, poContext_->maxRangeCells, poContext_->syntaxError);
     }
     poContext_->hostText = nullptr;
     if (result == 0) oErrorText_.clear();

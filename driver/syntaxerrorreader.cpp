@@ -57,11 +57,11 @@ SourcePosition SyntaxErrorReader::positionOf(const position& where) const {
     const std::size_t start = lineStart(parsed_, where.line);
     const std::size_t inParsed = std::min(start + static_cast<std::size_t>(std::max(where.column, 1) - 1), parsed_.size());
     const std::size_t offset = inParsed > prefixLength_ ? inParsed - prefixLength_ : 0;
-    return SourcePosition{where.line, where.column, offset};
+    return SourcePosition{where.line, where.column, offset, 0, 0};
 }
 
 SyntaxError SyntaxErrorReader::fromParserMessage(const location& where, const std::string& message) const {
-    SyntaxError error{positionOf(where.begin), positionOf(where.end), "", {}, ""};
+    SyntaxError error{positionOf(where.begin), positionOf(where.end), "", {}, "", false, ""};
     if (message.compare(0, kUnexpected.size(), kUnexpected) != 0) return error;
     const std::size_t names = kUnexpected.size();
     const std::size_t expecting = message.find(kExpecting, names);
@@ -94,8 +94,8 @@ bool SyntaxErrorReader::fromRangeMessage(const std::string& message, SyntaxError
                 const ScannedToken& bad = firstIsBad ? previous[0] : token;
                 const auto column = [&](std::size_t offset) { return static_cast<std::int32_t>(offset - start + 1); };
                 const auto offset = [&](std::size_t at) { return at > prefixLength_ ? at - prefixLength_ : 0; };
-                error.oBegin = SourcePosition{line, column(bad.begin), offset(bad.begin)};
-                error.oEnd = SourcePosition{line, column(bad.end), offset(bad.end)};
+                error.oBegin = SourcePosition{line, column(bad.begin), offset(bad.begin), 0, 0};
+                error.oEnd = SourcePosition{line, column(bad.end), offset(bad.end), 0, 0};
                 return true;
             }
             // A good pair was a range; its second corner starts no new pair.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cellreferences.h"
+#include "formulacursor.h"
 #include "formulatokens.h"
 #include "parserdriver.h"
 
@@ -18,7 +19,7 @@ namespace {
 using namespace ExpressionParser;
 
 struct Example {
-    std::string kind;  // the block's language: tokens, refs or syntax-error
+    std::string kind;  // the block's language: tokens, units, refs, syntax-error or cursor
     std::string text;
     std::vector<std::string> lines;
 };
@@ -29,7 +30,7 @@ std::vector<Example> examplesOf(const std::string& path) {
     Example* open = nullptr;
     for (std::string line; std::getline(document, line);) {
         if (open == nullptr) {
-            for (const char* kind : {"tokens", "refs", "syntax-error"}) {
+            for (const char* kind : {"tokens", "units", "refs", "syntax-error", "cursor"}) {
                 if (line == std::string("```") + kind) {
                     examples.push_back(Example{kind, "", {}});
                     open = &examples.back();
@@ -63,6 +64,27 @@ std::vector<std::string> run(const Example& example) {
             lines.push_back(std::to_string(t.u64Begin) + " " + std::to_string(t.u64End) + " " +
                             FormulaTokens::oGetKindName(t.oKind) + " " + std::string(t.oText(text)));
         }
+    } else if (example.kind == "units") {
+        const auto span = [](std::uint64_t begin, std::uint64_t end) {
+            return std::to_string(begin) + "-" + std::to_string(end);
+        };
+        for (const FormulaToken& t : FormulaTokens::oGetTokens(text)) {
+            lines.push_back(span(t.u64Begin, t.u64End) + " " + span(t.u64BeginUtf16, t.u64EndUtf16) + " " +
+                            span(t.u64BeginCodePoint, t.u64EndCodePoint) + " " +
+                            FormulaTokens::oGetDetailName(t.oDetail) + " " + std::string(t.oText(text)));
+        }
+    } else if (example.kind == "cursor") {
+        // The text's "|" marks the cursor and is not part of the formula.
+        const std::size_t cursor = text.find('|');
+        const std::string formula = text.substr(0, cursor) + text.substr(cursor + 1);
+        const CursorHelp help = FormulaCursor::oGetHelp(formula, cursor);
+        lines.push_back("token " + (help.bHasToken ? std::string(help.oToken.oText(formula)) : "none"));
+        lines.push_back("function " + (help.poFunction ? help.poFunction->oName + " argument " +
+                                                           std::to_string(help.s32Argument)
+                                                     : std::string("none")));
+        std::string completions = "completions";
+        for (const std::string& name : help.oCompletions) completions += " " + name;
+        lines.push_back(help.bInText ? "in a text" : completions);
     } else if (example.kind == "refs") {
         for (const CellReference& r : CellReferences::oGetReferences(text)) {
             std::string line = std::to_string(r.u64Begin) + " " + std::to_string(r.u64End) + " " +
@@ -85,6 +107,8 @@ std::vector<std::string> run(const Example& example) {
                 line += (i == 0 ? " expecting " : " or ") + error->oExpected[i];
             }
             lines.push_back(line);
+            lines.push_back(error->bIncomplete ? "incomplete" : "wrong");
+            if (!error->oHint.empty()) lines.push_back("hint: " + error->oHint);
         }
     }
     return lines;
@@ -94,7 +118,7 @@ TEST(EditorDocs, ExamplesHold) {
     const std::string source = __FILE__;
     const std::string path = source.substr(0, source.rfind("/tests/")) + "/docs/editor.md";
     const std::vector<Example> examples = examplesOf(path);
-    ASSERT_GE(examples.size(), 7u) << path;
+    ASSERT_GE(examples.size(), 12u) << path;
     for (const Example& example : examples) {
         SCOPED_TRACE(example.kind + ": " + example.text);
         EXPECT_EQ(run(example), example.lines);

@@ -45,6 +45,7 @@ struct EvaluateOptions {
     bool showTree = false;
     bool trace = false;
     bool json = false;
+    bool digits = false;  // numbers in full in the plain output
     std::vector<TableInput> tableInputs;
     std::vector<std::string> formulas;  // empty: read standard input
 };
@@ -65,6 +66,7 @@ int runRewrite(const std::vector<std::string>& args, Streams io);
 int runCell(const std::vector<std::string>& args, Streams io);
 int runTokens(const std::vector<std::string>& args, Streams io);
 int runRefs(const std::vector<std::string>& args, Streams io);
+int runCursor(const std::vector<std::string>& args, Streams io);
 
 // Output pieces shared by the subcommands: a field kept on one line (\\ \t
 // \n \r escaped), a JSON string for any bytes, and a syntax error as JSON.

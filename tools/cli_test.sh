@@ -135,7 +135,8 @@ $(res 2 number '0 ErrNone')" "<argument>:1: 1.4: syntax error, unexpected end of
 check 1 "$(failure 'not a formula')" "<argument>:1: not a formula" 'A1'
 check 1 "$(failure 'not a formula')
 $(res 1 number '0 ErrNone')" "<argument>:1: not a formula" '42 ' '=1'
-check 1 "$(failure 'Invalid cell name: "A0"')" '<argument>:1: Invalid cell name: "A0"' '=SUM(A0:B2)'
+check 1 "$(failure 'Invalid cell name: "A0"')" "<argument>:1: Invalid cell name: \"A0\"
+<argument>:1: hint: \"A0\" is no cell name: a range joins two cell names, as in A1:B3." '=SUM(A0:B2)'
 check 1 "$(failure 'cannot evaluate: argument out of range')" \
     "<argument>:1: cannot evaluate: argument out of range" '=RIGHT("abc";-1)'
 check 1 "$(res 1 number '0 ErrNone')
@@ -156,7 +157,8 @@ $(failure 'not a formula')
 $(failure '1.3: syntax error, unexpected end of file')
 $(res 5 number '0 ErrNone')" "<stdin>:1: not a formula
 <stdin>:3: not a formula
-<stdin>:4: 1.3: syntax error, unexpected end of file"
+<stdin>:4: 1.3: syntax error, unexpected end of file
+<stdin>:4: hint: A closing parenthesis \")\" is missing."
 with_input '=1+2'
 check 0 "+ add
   1
@@ -174,16 +176,16 @@ $(res 7 number '0 ErrNone')" "" --tree '=1+2*3'
 check 0 "$(res 1 number '0 ErrNone')" "*accepting rule*" --trace '=1'
 
 # --- JSON: one object per input, valid for any bytes
-check 0 '{"formula":"=1/0","value":"inf","type":"number","error":5,"errorName":"ErrDomain","errorText":""}' "" \
+check 0 '{"formula":"=1/0","value":"inf","number":null,"type":"number","error":5,"errorName":"ErrDomain","errorText":""}' "" \
     --json '=1/0'
-check 1 '{"formula":"=1+","value":null,"type":"error","error":null,"errorName":null,"errorText":"1.4: syntax error, unexpected end of file","syntaxError":{"begin":{"line":1,"column":4,"offset":3},"end":{"line":1,"column":4,"offset":3},"unexpected":"end of file","expected":[]}}' \
+check 1 '{"formula":"=1+","value":null,"number":null,"type":"error","error":null,"errorName":null,"errorText":"1.4: syntax error, unexpected end of file","syntaxError":{"begin":{"line":1,"column":4,"offset":3,"offset16":3,"offsetCp":3},"end":{"line":1,"column":4,"offset":3,"offset16":3,"offsetCp":3},"unexpected":"end of file","expected":[],"incomplete":true,"hint":""}}' \
     "<argument>:1: 1.4: syntax error, unexpected end of file" --json '=1+'
-check 0 '{"formula":"=1+2","value":"3","type":"number","error":0,"errorName":"ErrNone","errorText":"","tree":"+ add\n  1\n  2\n"}' "" \
+check 0 '{"formula":"=1+2","value":"3","number":3,"type":"number","error":0,"errorName":"ErrNone","errorText":"","tree":"+ add\n  1\n  2\n"}' "" \
     --json --tree '=1+2'
-check 0 "{\"formula\":\"=\\\"a\\\\\\tb\\\"\",\"value\":\"a\\\\\\tb\",\"type\":\"text\",\"error\":0,\"errorName\":\"ErrNone\",\"errorText\":\"\"}" "" \
+check 0 "{\"formula\":\"=\\\"a\\\\\\tb\\\"\",\"value\":\"a\\\\\\tb\",\"number\":null,\"type\":\"text\",\"error\":0,\"errorName\":\"ErrNone\",\"errorText\":\"\"}" "" \
     --json "=\"a\\${tab}b\""
 with_input "$(printf '="\001\177\303\251\377\355\240\200\300\257"')"
-check 0 "$(printf '{"formula":"=\\"\\u0001\\u007f\303\251\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\\"","value":"\\u0001\\u007f\303\251\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275","type":"text","error":0,"errorName":"ErrNone","errorText":""}')" "" --json
+check 0 "$(printf '{"formula":"=\\"\\u0001\\u007f\303\251\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\\"","value":"\\u0001\\u007f\303\251\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275\357\277\275","number":null,"type":"text","error":0,"errorName":"ErrNone","errorText":""}')" "" --json
 no_input
 
 # Binary garbage on standard input: one object per line, every one valid UTF-8
@@ -304,21 +306,36 @@ check 0 "$(printf '0 1 operator =\t1 4 function SUM\t4 5 parenthesis (\t5 9 name
     tokens "=SUM(\$A\$1:B2)*\"a${tab}b\""
 check 0 "$(printf '0 1 operator =\t1 2 invalid "\t2 5 name abc\n0 1 operator =\t2 3 number 1\t3 4 invalid ,')" "" \
     tokens '="abc' '= 1,'
-check 0 '[{"kind":"function","text":"SUM","begin":1,"end":4},{"kind":"invalid","text":"\u0001","begin":4,"end":5}]' "" \
+check 0 '[{"kind":"function","detail":"function","text":"SUM","begin":1,"end":4,"begin16":1,"end16":4,"beginCp":1,"endCp":4},{"kind":"invalid","detail":"character","text":"\u0001","begin":4,"end":5,"begin16":4,"end16":5,"beginCp":4,"endCp":5}]' "" \
     tokens --json " SUM$(printf '\001')"
 check 0 "$(printf '5 10 A1:B2 0,0 1,1\t11 15 $D$4 $3,$3\t17 19 c3 2,2\n')" "" refs '=SUM(A1:B2;$D$4)+c3+"E5"+rate'
-check 0 '[{"text":"$D$4","begin":1,"end":5,"cell":{"column":3,"row":3,"columnAbsolute":true,"rowAbsolute":true,"begin":1,"end":5}},{"text":"A1:B2","begin":10,"end":15,"from":{"column":0,"row":0,"columnAbsolute":false,"rowAbsolute":false,"begin":10,"end":12},"to":{"column":1,"row":1,"columnAbsolute":false,"rowAbsolute":false,"begin":13,"end":15}}]' "" \
+check 0 '[{"text":"$D$4","begin":1,"end":5,"begin16":1,"end16":5,"beginCp":1,"endCp":5,"cell":{"column":3,"row":3,"columnAbsolute":true,"rowAbsolute":true,"begin":1,"end":5,"begin16":1,"end16":5,"beginCp":1,"endCp":5}},{"text":"A1:B2","begin":10,"end":15,"begin16":10,"end16":15,"beginCp":10,"endCp":15,"from":{"column":0,"row":0,"columnAbsolute":false,"rowAbsolute":false,"begin":10,"end":12,"begin16":10,"end16":12,"beginCp":10,"endCp":12},"to":{"column":1,"row":1,"columnAbsolute":false,"rowAbsolute":false,"begin":13,"end":15,"begin16":13,"end16":15,"beginCp":13,"endCp":15}}]' "" \
     refs --json '=$D$4+MIN(A1:B2)'
 with_input "$(printf '=A1\n\n=x')"
 check 0 "$(printf '1 3 A1 0,0\n\n')" "" refs
-check 0 "$(printf '[{"kind":"operator","text":"=","begin":0,"end":1},{"kind":"name","text":"A1","begin":1,"end":3}]\n[]\n[{"kind":"operator","text":"=","begin":0,"end":1},{"kind":"name","text":"x","begin":1,"end":2}]')" "" tokens --json
+check 0 "$(printf '[{"kind":"operator","detail":"start","text":"=","begin":0,"end":1,"begin16":0,"end16":1,"beginCp":0,"endCp":1},{"kind":"name","detail":"cell","text":"A1","begin":1,"end":3,"begin16":1,"end16":3,"beginCp":1,"endCp":3}]\n[]\n[{"kind":"operator","detail":"start","text":"=","begin":0,"end":1,"begin16":0,"end16":1,"beginCp":0,"endCp":1},{"kind":"name","detail":"variable","text":"x","begin":1,"end":2,"begin16":1,"end16":2,"beginCp":1,"endCp":2}]')" "" tokens --json
 no_input
 check 2 "" "*unknown option --tree for refs*" refs --tree '=A1'
-check 1 '{"formula":"=MAX(1,2)","value":null,"type":"error","error":null,"errorName":null,"errorText":"1.7: syntax error, unexpected invalid token, expecting '"')' or ';'"'","syntaxError":{"begin":{"line":1,"column":7,"offset":6},"end":{"line":1,"column":8,"offset":7},"unexpected":"invalid token","expected":["'"')'"'","'"';'"'"]}}' \
+check 1 '{"formula":"=MAX(1,2)","value":null,"number":null,"type":"error","error":null,"errorName":null,"errorText":"1.7: syntax error, unexpected invalid token, expecting '"')' or ';'"'","syntaxError":{"begin":{"line":1,"column":7,"offset":6,"offset16":6,"offsetCp":6},"end":{"line":1,"column":8,"offset":7,"offset16":7,"offsetCp":7},"unexpected":"invalid token","expected":["'"')'"'","'"';'"'"],"incomplete":false,"hint":"Arguments are separated by \";\", not \",\", and numbers are written with a point: 1.5."}}' \
     "*" --json '=MAX(1,2)'
-check 1 '{"formula":"=SUM(A1:x)","value":null,"type":"error","error":null,"errorName":null,"errorText":"Invalid cell name: \"x\"","syntaxError":{"begin":{"line":1,"column":9,"offset":8},"end":{"line":1,"column":10,"offset":9},"invalidCellName":"x"}}' \
+check 1 '{"formula":"=SUM(A1:x)","value":null,"number":null,"type":"error","error":null,"errorName":null,"errorText":"Invalid cell name: \"x\"","syntaxError":{"begin":{"line":1,"column":9,"offset":8,"offset16":8,"offsetCp":8},"end":{"line":1,"column":10,"offset":9,"offset16":9,"offsetCp":9},"invalidCellName":"x","incomplete":false,"hint":"\"x\" is no cell name: a range joins two cell names, as in A1:B3."}}' \
     "*" --json '=SUM(A1:x)'
-check 1 '{"formula":"A1","value":null,"type":"error","error":null,"errorName":null,"errorText":"not a formula"}' "*" --json 'A1'
+check 1 '{"formula":"A1","value":null,"number":null,"type":"error","error":null,"errorName":null,"errorText":"not a formula"}' "*" --json 'A1'
+
+# --- the formula bar: cursor help, numbers in full, hints on standard error
+check 0 "$(printf '9 11 name SU\tIF 1\tSUM\n2 4 name ab\t- -\t')" "" cursor 11 '=IF(A1>0;SU' '="ab'
+check 0 '{"token":{"kind":"function","detail":"function","text":"SIN","begin":1,"end":4,"begin16":1,"end16":4,"beginCp":1,"endCp":4},"function":null,"argument":null,"inText":false,"completions":["SIN"]}' "" \
+    cursor 3 '=SIN(1)' --json
+check 0 "$(printf '4 5 number 1\tLN 0\t')" "" cursor 99 '=ln(1'
+check 2 "" "*OFFSET must be a whole number*" cursor x '=1'
+check 0 "$(res 1234567.89 number '0 ErrNone')
+$(res 0.30000000000000004 number '0 ErrNone')
+$(res inf number '5 ErrDomain')" "" --digits '=1234567.89' '=0.1+0.2' '=1/0'
+check 0 '{"formula":"=1234567.89","value":"1.23457e+06","number":1234567.89,"type":"number","error":0,"errorName":"ErrNone","errorText":""}
+{"formula":"=-0","value":"-0","number":-0,"type":"number","error":0,"errorName":"ErrNone","errorText":""}' "" \
+    --json '=1234567.89' '=-0'
+check 1 "$(failure "1.5: syntax error, unexpected '('")" "<argument>:1: 1.5: syntax error, unexpected '('
+<argument>:1: hint: Function names are written all in capitals or all in small letters: SUM or sum." '=Sum(1)'
 
 # --- help
 total=$((total + 1))

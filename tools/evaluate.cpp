@@ -1,5 +1,6 @@
 // Evaluation mode: one result per input, as a tab line or a JSON object.
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -10,6 +11,7 @@
 #include <cellformula/cellformula.h>
 
 #include "cli.h"
+#include "roundtripnumber.h"
 #include "sheet.h"
 
 namespace cellformula::cli {
@@ -21,6 +23,7 @@ namespace {
 struct Result {
     bool failed = false;
     std::string value;
+    double number = 0;  // the value in full when the type is a number
     std::uint32_t type = ExprNoType;
     std::uint32_t error = ErrNone;
     std::string errorText;
@@ -53,10 +56,12 @@ Result evaluateFormula(ExpressionParser::ParserDriver& driver, const std::string
         result.type = all.u32Type;
         result.error = all.u32Error;
         result.value = result.type == ExprNumber ? QuandelUtils::sstringify(all.f64Value) : all.oText;
+        result.number = all.f64Value;
     } catch (const std::invalid_argument&) {
-        result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: invalid argument", result.tree, std::nullopt};
+        result = Result{true, "", 0, ExprNoType, ErrNone, "cannot evaluate: invalid argument", result.tree, std::nullopt};
     } catch (const std::out_of_range&) {
-        result = Result{true, "", ExprNoType, ErrNone, "cannot evaluate: argument out of range", result.tree, std::nullopt};
+        result = Result{true, "", 0, ExprNoType, ErrNone, "cannot evaluate: argument out of range", result.tree,
+                        std::nullopt};
     }
     return result;
 }
@@ -104,12 +109,20 @@ std::size_t utf8SequenceLength(const std::string& text, std::size_t pos) {
     return length;
 }
 
-void printText(const Result& result, bool withTree, std::ostream& out) {
-    if (withTree) out << result.tree;
+// A number as JSON: the shortest text that reads back to it, or null where
+// JSON has none (infinities, NaN) and for anything that is no number.
+std::string numberJson(const Result& result) {
+    if (result.failed || result.type != ExprNumber || !std::isfinite(result.number)) return "null";
+    return roundTripNumberText(result.number);
+}
+
+void printText(const Result& result, const EvaluateOptions& options, std::ostream& out) {
+    if (options.showTree) out << result.tree;
     if (result.failed) {
         out << "\terror\t" << escapeField(result.errorText) << '\n';
     } else {
-        out << escapeField(result.value) << '\t' << typeName(result) << '\t' << result.error << ' '
+        const bool full = options.digits && result.type == ExprNumber;
+        out << escapeField(full ? roundTripNumberText(result.number) : result.value) << '\t' << typeName(result) << '\t' << result.error << ' '
             << errorName(result.error) << '\n';
     }
 }
@@ -117,9 +130,10 @@ void printText(const Result& result, bool withTree, std::ostream& out) {
 void printJson(const std::string& formula, const Result& result, bool withTree, std::ostream& out) {
     out << "{\"formula\":" << jsonString(formula);
     if (result.failed) {
-        out << ",\"value\":null,\"type\":\"error\",\"error\":null,\"errorName\":null";
+        out << ",\"value\":null,\"number\":null,\"type\":\"error\",\"error\":null,\"errorName\":null";
     } else {
-        out << ",\"value\":" << jsonString(result.value) << ",\"type\":\"" << typeName(result)
+        out << ",\"value\":" << jsonString(result.value) << ",\"number\":" << numberJson(result)
+            << ",\"type\":\"" << typeName(result)
             << "\",\"error\":" << result.error << ",\"errorName\":\"" << errorName(result.error) << '"';
     }
     out << ",\"errorText\":" << jsonString(result.errorText);
@@ -201,12 +215,15 @@ int runEvaluate(const EvaluateOptions& options, Streams io) {
         if (options.json) {
             printJson(text, result, options.showTree, io.out);
         } else {
-            printText(result, options.showTree, io.out);
+            printText(result, options, io.out);
         }
         // Results appear as they are computed when formulas arrive on a pipe.
         io.out.flush();
         if (result.failed) {
             io.err << origin << ": " << escapeField(result.errorText) << '\n';
+            if (result.syntaxError && !result.syntaxError->oHint.empty()) {
+                io.err << origin << ": hint: " << escapeField(result.syntaxError->oHint) << '\n';
+            }
             anyFailed = true;
         }
     });

@@ -22,6 +22,7 @@ const char* const kUsage = R"(Usage:
   cellformula cell COL ROW
   cellformula tokens [--json] [FORMULA...]
   cellformula refs [--json] [FORMULA...]
+  cellformula cursor OFFSET [--json] [FORMULA...]
 
 Parses and evaluates each FORMULA ("=..." or a bare number); without FORMULA
 arguments, formulas are read one per line from standard input. Each input
@@ -48,7 +49,10 @@ Options (also written --option=value):
                      --cell and --sheet apply in the order given.
   --json             one JSON object per input instead of the tab line:
                      formula, value, type, error, errorName, errorText (and tree);
-                     bytes that are not UTF-8 become U+FFFD
+                     bytes that are not UTF-8 become U+FFFD; "number" holds
+                     a number value in full (null otherwise)
+  --digits           print number values in full (the shortest text that
+                     reads back to the same double) instead of six digits
   --tree             print the tree outline before each result
   --trace            trace the scanner and parser on standard error
   --version          print the version
@@ -68,7 +72,17 @@ a CELL being COLUMN,ROW indices from 0 with "$" before an absolute part.
 With --json each input gives one line holding one JSON array.
 With --json, an input that does not parse carries a "syntaxError" object:
 begin and end (line, column, offset), "unexpected" and "expected" names, or
-"invalidCellName" for a range corner that is no cell name.
+"invalidCellName" for a range corner that is no cell name, "incomplete"
+(true when text appended could still make a formula) and "hint" (a plain
+hint, also printed on a second line of standard error, or "").
+JSON offsets come in bytes (begin, end, offset), UTF-16 units (begin16,
+end16, offset16) and code points (beginCp, endCp, offsetCp).
+
+cursor prints, for the byte OFFSET of each input, the token there (as
+tokens prints it, or -), the function call around it and the argument index
+(from 0, or - -) and the names that may be typed there, separated by tabs;
+with --json one object per input: token, function, argument, inText and
+completions.
 
 cell NAME prints the column index, row index (both from 0) and column letters
 of a cell name; cell COL ROW prints the name of the cell at those indices.
@@ -118,6 +132,7 @@ EvaluateOptions parseEvaluateOptions(const std::vector<std::string>& args, bool&
         bool* flag = name == "--tree"   ? &options.showTree
                      : name == "--trace" ? &options.trace
                      : name == "--json"  ? &options.json
+                     : name == "--digits" ? &options.digits
                                          : nullptr;
         if (flag == nullptr && name != "-h" && name != "--help" && name != "--version") {
             throw UsageError("unknown option " + name);
@@ -151,6 +166,7 @@ const Subcommand kSubcommands[] = {
     {"cell", runCell},
     {"tokens", runTokens},
     {"refs", runRefs},
+    {"cursor", runCursor},
 };
 
 int dispatch(const std::vector<std::string>& args, Streams io) {
