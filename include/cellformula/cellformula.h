@@ -9,7 +9,6 @@
 #include "cellreferences.h"
 #include "comparison.h"
 #include "compiledformula.h"
-#include "evaluation.h"
 #include "formulacursor.h"
 #include "formularesult.h"
 #include "formulatokens.h"
