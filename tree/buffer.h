@@ -25,28 +25,30 @@ public:
     T& back() { return data_[size_ - 1]; }
 
     void push_back(const T& value) {
-        if (size_ == capacity()) grow(2 * size_);
+        if (size_ == capacity_) grow(2 * size_);
         data_[size_++] = value;
     }
     void pop_back(std::size_t count = 1) { size_ -= count; }
     void resize(std::size_t size) {
-        if (size > capacity()) grow(size);
+        if (size > capacity_) grow(size);
         size_ = size;
     }
 
 private:
-    std::size_t capacity() const { return heap_.empty() ? InPlace : heap_.size(); }
-    void grow(std::size_t capacity) {
+    [[gnu::noinline]] void grow(std::size_t capacity) {
         std::vector<T> larger(capacity);
         for (std::size_t i = 0; i < size_; ++i) larger[i] = std::move(data_[i]);
         heap_.swap(larger);
         data_ = heap_.data();
+        capacity_ = capacity;
     }
 
-    T inPlace_[InPlace] = {};
+    // Left uninitialised for plain types: a run writes each element before reading it.
+    T inPlace_[InPlace];
     std::vector<T> heap_;
     T* data_ = inPlace_;
     std::size_t size_ = 0;
+    std::size_t capacity_ = InPlace;
 };
 
 }  // namespace cellformula

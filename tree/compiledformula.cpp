@@ -19,13 +19,16 @@ FormulaResult emptyResult() {
 
 CompiledFormula::CompiledFormula(const ASTNode& root) {
     Code code;
-    depth_ = static_cast<std::uint32_t>(compile(root, operationOf(root), 0xFFFF, code));
+    const ProgramNeeds needs = compile(root, operationOf(root), 0xFFFF, code);
+    depth_ = static_cast<std::uint32_t>(needs.depth);
+    textsUnder_ = needs.textsUnder;
     size_ = static_cast<std::uint32_t>(code.size());
     code_.reset(new Instruction[size_]);
     std::copy(code.data(), code.data() + size_, code_.get());
 }
 
-CompiledFormula::CompiledFormula(const CompiledFormula& other) : size_(other.size_), depth_(other.depth_) {
+CompiledFormula::CompiledFormula(const CompiledFormula& other)
+    : size_(other.size_), depth_(other.depth_), textsUnder_(other.textsUnder_) {
     if (other.code_) {
         code_.reset(new Instruction[size_]);
         std::copy(other.code_.get(), other.code_.get() + size_, code_.get());
@@ -38,7 +41,7 @@ CompiledFormula& CompiledFormula::operator=(const CompiledFormula& other) {
 }
 
 CompiledFormula::CompiledFormula(CompiledFormula&& other) noexcept
-    : code_(std::move(other.code_)), size_(other.size_), depth_(other.depth_) {
+    : code_(std::move(other.code_)), size_(other.size_), depth_(other.depth_), textsUnder_(other.textsUnder_) {
     other.size_ = 0;
     other.depth_ = 0;
 }
@@ -47,6 +50,7 @@ CompiledFormula& CompiledFormula::operator=(CompiledFormula&& other) noexcept {
     code_ = std::move(other.code_);
     size_ = other.size_;
     depth_ = other.depth_;
+    textsUnder_ = other.textsUnder_;
     other.size_ = 0;
     other.depth_ = 0;
     return *this;
@@ -54,29 +58,33 @@ CompiledFormula& CompiledFormula::operator=(CompiledFormula&& other) noexcept {
 
 CompiledFormula::~CompiledFormula() = default;
 
+Answer CompiledFormula::run(std::uint16_t mask) const {
+    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0);
+}
+
 double CompiledFormula::f64Evaluate() const {
     if (!code_) return 0.0;
-    return Answer(code_.get(), size_, depth_, demandMask(Asked::Number)).number();
+    return run(demandMask(Asked::Number)).number();
 }
 
 std::string CompiledFormula::stringEvaluate() const {
     if (!code_) return std::string();
-    return Answer(code_.get(), size_, depth_, demandMask(Asked::Text)).text();
+    return run(demandMask(Asked::Text)).text();
 }
 
 std::uint32_t CompiledFormula::exprType() const {
     if (!code_) return ExprNoType;
-    return Answer(code_.get(), size_, depth_, demandMask(Asked::Type)).type();
+    return run(demandMask(Asked::Type)).type();
 }
 
 std::uint32_t CompiledFormula::errType() const {
     if (!code_) return ErrInvalidArg;
-    return Answer(code_.get(), size_, depth_, demandMask(Asked::Error)).error();
+    return run(demandMask(Asked::Error)).error();
 }
 
 FormulaResult CompiledFormula::oEvaluateAll() const {
     if (!code_) return emptyResult();
-    return Answer(code_.get(), size_, depth_, resultMask(code_[size_ - 1])).all();
+    return run(resultMask(code_[size_ - 1])).all();
 }
 
 }  // namespace cellformula

@@ -15,21 +15,17 @@ namespace cellformula {
 CELLFORMULA_OPERATIONS(CELLFORMULA_DECLARE_RULES)
 #undef CELLFORMULA_DECLARE_RULES
 
-namespace {
-
 #define CELLFORMULA_RULES_ENTRY(name, type) &k##name##Rules,
-const Rules* const kRules[] = {CELLFORMULA_OPERATIONS(CELLFORMULA_RULES_ENTRY)};
+extern const Rules* const kRulesOfOperations[] = {CELLFORMULA_OPERATIONS(CELLFORMULA_RULES_ENTRY)};
 #undef CELLFORMULA_RULES_ENTRY
+
+namespace {
 
 #define CELLFORMULA_CLASS_ENTRY(name, type) &typeid(type),
 const std::type_info* const kClasses[] = {CELLFORMULA_OPERATIONS(CELLFORMULA_CLASS_ENTRY)};
 #undef CELLFORMULA_CLASS_ENTRY
 
 }  // namespace
-
-const Rules& rulesOf(Operation operation) {
-    return *kRules[static_cast<std::size_t>(operation)];
-}
 
 const std::type_info* classOf(Operation operation) {
     return kClasses[static_cast<std::size_t>(operation)];

@@ -211,17 +211,24 @@ Operation operationOf(const ASTNode& node) {
     return operation;
 }
 
-std::size_t compile(const ASTNode& root, Operation operation, std::uint16_t asked, Code& code) {
+ProgramNeeds compile(const ASTNode& root, Operation operation, std::uint16_t asked, Code& code) {
     Layout layout(code);
-    const std::size_t depth = layout.emit(root, operation);
+    ProgramNeeds needs{layout.emit(root, operation), 0};
     for (unsigned question = 0; question < 4; ++question) {
         if ((asked & (0xF << (4 * question))) != 0) propagate(code, layout, question);
     }
-    return depth;
+    for (std::size_t k = 0; k < code.size(); ++k) {
+        // A host's node keeps the text it is asked for where its slot is.
+        if (code[k].operation == Operation::Host) needs.textsUnder = 0xFFFF;
+        for (unsigned question = 0; question < 4; ++question) {
+            if ((demandOf(code[k], question) & kText) != 0) needs.textsUnder |= 0xF << (4 * question);
+        }
+    }
+    return needs;
 }
 
-Answer::Answer(const Instruction* code, std::size_t size, std::size_t depth, std::uint16_t mask)
-    : slots_(depth), texts_(depth) {
+Answer::Answer(const Instruction* code, std::size_t size, std::size_t depth, std::uint16_t mask, bool texts)
+    : slots_(depth), texts_(texts ? depth : 0) {
     run(code, size, mask);
 }
 
@@ -236,8 +243,7 @@ void Answer::run(const Instruction* code, std::size_t size, std::uint16_t mask) 
                 ++pc;
                 continue;
             case Operation::Absent:
-                slots_[top] = Slot{0.0, nullptr, ErrInvalidArg, ExprNoType, kAllQuestions, 0, 0, true};
-                texts_[top++].clear();
+                pushAbsent(top++);
                 ++pc;
                 continue;
             case Operation::Jump:
@@ -246,7 +252,7 @@ void Answer::run(const Instruction* code, std::size_t size, std::uint16_t mask) 
             case Operation::Branch: {
                 // IF chooses its branch here, so that only the chosen one runs.
                 const std::size_t ifAt = code[instruction.extent - 1].extent;
-                Operands condition(nullptr, &slots_[top - 1], &texts_[top - 1], 1, false, raises_);
+                Operands condition(nullptr, &slots_[top - 1], textsAt(top - 1), 1, false, raises_);
                 bool run = !condition.absent(0);
                 // errType alone stops at a bad condition without reading its value.
                 if (run && demandUnder(code[ifAt], mask) == kError) {
@@ -259,8 +265,7 @@ void Answer::run(const Instruction* code, std::size_t size, std::uint16_t mask) 
                     run = false;
                 }
                 if (!run) {
-                    slots_[top] = Slot{0.0, nullptr, ErrInvalidArg, ExprNoType, kAllQuestions, 0, 0, true};
-                    texts_[top++].clear();
+                    pushAbsent(top++);
                     pc = ifAt;
                 } else {
                     pc = truth ? pc + 1 : instruction.extent;
@@ -273,10 +278,9 @@ void Answer::run(const Instruction* code, std::size_t size, std::uint16_t mask) 
         const std::uint8_t demand = demandUnder(instruction, mask);
         const Rules& rules = rulesOf(instruction.operation);
         const std::size_t first = top - instruction.extent;
-        Operands operands(instruction.node, &slots_[first], &texts_[first], instruction.extent,
+        Operands operands(instruction.node, &slots_[first], textsAt(first), instruction.extent,
                           (instruction.flags & kList) != 0, raises_);
-        Slot answer;
-        std::string text;
+        Slot answer{};
         if ((demand & kType) != 0) {
             try {
                 answer.type = rules.type != nullptr ? rules.type(operands) : ExprNumber;
@@ -301,26 +305,20 @@ void Answer::run(const Instruction* code, std::size_t size, std::uint16_t mask) 
                 answer.numberRaise = raise.index;
             }
         }
-        if ((demand & kText) != 0) {
-            if (rules.text == nullptr) {
-                answer.textRaise = answer.numberRaise;
-                if (answer.numberRaise == 0) text = QuandelUtils::sstringify(answer.number);
-            } else {
-                try {
-                    rules.text(operands, text);
-                } catch (const Raise& raise) {
-                    answer.textRaise = raise.index;
-                }
-            }
-        }
         answer.known = demand;
-        // An operand's text is freed as soon as its parent has used it.
-        for (std::size_t i = first; i < top; ++i) {
-            if (texts_[i].capacity() != 0) std::string().swap(texts_[i]);
+        if (texts_.empty()) {
+            slots_[first] = answer;
+        } else {
+            std::string text;
+            if ((demand & kText) != 0) answer.textRaise = textOf(rules, operands, answer, text);
+            // An operand's text is freed as soon as its parent has used it.
+            for (std::size_t i = first; i < top; ++i) {
+                if (texts_[i].capacity() != 0) std::string().swap(texts_[i]);
+            }
+            slots_[first] = answer;
+            texts_[first] = std::move(text);
         }
-        top = first;
-        slots_[top] = answer;
-        texts_[top++] = std::move(text);
+        top = first + 1;
         ++pc;
     }
     top_ = top;
@@ -335,23 +333,43 @@ auto Answer::rethrowing(Read read) {
     }
 }
 
+void Answer::pushAbsent(std::size_t at) {
+    slots_[at] = Slot{0.0, nullptr, ErrInvalidArg, ExprNoType, 0, 0, kAllQuestions, true};
+    if (!texts_.empty()) texts_[at].clear();
+}
+
+// A node's text by its rule, or its own number as sstringify writes it;
+// returns what the text raises, if anything.
+std::uint32_t Answer::textOf(const Rules& rules, Operands& operands, const Slot& answer, std::string& text) {
+    if (rules.text == nullptr) {
+        if (answer.numberRaise == 0) text = QuandelUtils::sstringify(answer.number);
+        return answer.numberRaise;
+    }
+    try {
+        rules.text(operands, text);
+    } catch (const Raise& raise) {
+        return raise.index;
+    }
+    return 0;
+}
+
 std::uint32_t Answer::type() {
-    Operands root(nullptr, &slots_[0], &texts_[0], 1, false, raises_);
+    Operands root(nullptr, &slots_[0], textsAt(0), 1, false, raises_);
     return root.type(0);
 }
 
 std::uint32_t Answer::error() {
-    Operands root(nullptr, &slots_[0], &texts_[0], 1, false, raises_);
+    Operands root(nullptr, &slots_[0], textsAt(0), 1, false, raises_);
     return root.error(0);
 }
 
 double Answer::number() {
-    Operands root(nullptr, &slots_[0], &texts_[0], 1, false, raises_);
+    Operands root(nullptr, &slots_[0], textsAt(0), 1, false, raises_);
     return rethrowing([&] { return root.number(0); });
 }
 
 std::string Answer::text() {
-    Operands root(nullptr, &slots_[0], &texts_[0], 1, false, raises_);
+    Operands root(nullptr, &slots_[0], textsAt(0), 1, false, raises_);
     return rethrowing([&] { return root.takeText(0); });
 }
 
@@ -372,8 +390,9 @@ namespace {
 template <typename Read>
 auto ask(const ASTNode& node, Operation operation, Asked asked, Read read) {
     Code code;
-    const std::size_t depth = compile(node, operation, demandMask(asked), code);
-    Answer answer(code.data(), code.size(), depth, demandMask(asked));
+    const ProgramNeeds needs = compile(node, operation, demandMask(asked), code);
+    const std::uint16_t mask = demandMask(asked);
+    Answer answer(code.data(), code.size(), needs.depth, mask, (needs.textsUnder & mask) != 0);
     return read(answer);
 }
 
@@ -403,8 +422,9 @@ std::uint16_t resultMask(const Instruction& root) {
 
 FormulaResult oEvaluateAll(const ASTNode& root) {
     Code code;
-    const std::size_t depth = compile(root, operationOf(root), 0xFFFF, code);
-    Answer answer(code.data(), code.size(), depth, resultMask(code.back()));
+    const ProgramNeeds needs = compile(root, operationOf(root), 0xFFFF, code);
+    const std::uint16_t mask = resultMask(code.back());
+    Answer answer(code.data(), code.size(), needs.depth, mask, (needs.textsUnder & mask) != 0);
     return answer.all();
 }
 

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "buffer.h"
 #include "formularesult.h"
@@ -42,16 +43,23 @@ constexpr std::uint16_t demandMask(Asked asked) {
 
 using Code = Buffer<Instruction, 24>;
 
+// What a run of a program needs to know beforehand.
+struct ProgramNeeds {
+    std::size_t depth;         // the deepest stack of answers
+    std::uint16_t textsUnder;  // the demand nibbles under which some text may be asked
+};
+
 // Compiles the tree under `root`, whose own rules are those of `operation`
 // (its class, or the base whose public operation was called). `asked` says
-// which questions' demands to work out. Returns the deepest stack a run needs.
-std::size_t compile(const ASTNode& root, Operation operation, std::uint16_t asked, Code& code);
+// which questions' demands to work out.
+ProgramNeeds compile(const ASTNode& root, Operation operation, std::uint16_t asked, Code& code);
 
 // The root's answers after one run for the questions of `mask`; the host's
 // node at the root is asked only when its answer is read.
 class Answer {
 public:
-    Answer(const Instruction* code, std::size_t size, std::size_t depth, std::uint16_t mask);
+    // `texts` says whether any node's text may be asked under `mask`.
+    Answer(const Instruction* code, std::size_t size, std::size_t depth, std::uint16_t mask, bool texts);
     std::uint32_t type();
     std::uint32_t error();
     double number();  // may throw what the value raises
@@ -60,11 +68,14 @@ public:
 
 private:
     void run(const Instruction* code, std::size_t size, std::uint16_t mask);
+    void pushAbsent(std::size_t at);
+    static std::uint32_t textOf(const Rules& rules, Operands& operands, const Slot& answer, std::string& text);
+    std::string* textsAt(std::size_t at) { return texts_.empty() ? nullptr : &texts_[at]; }
     template <typename Read>
     auto rethrowing(Read read);
 
     Buffer<Slot, 16> slots_;
-    Buffer<std::string, 16> texts_;
+    std::vector<std::string> texts_;
     Raises raises_;
     std::size_t top_ = 0;
 };

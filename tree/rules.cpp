@@ -9,47 +9,23 @@ bool Operands::anyAbsent() const {
     return false;
 }
 
-std::uint32_t Operands::type(std::size_t i) {
+void Operands::askHost(std::size_t i, Question question) {
     Slot& slot = slots_[i];
-    if (slot.host != nullptr && (slot.known & kType) == 0) {
-        slot.type = slot.host->exprType();
-        slot.known |= kType;
+    switch (question) {
+        case kType:
+            slot.type = slot.host->exprType();
+            break;
+        case kError:
+            slot.error = slot.host->errType();
+            break;
+        case kNumber:
+            slot.number = slot.host->f64Evaluate();
+            break;
+        default:
+            texts_[i] = slot.host->stringEvaluate();
+            break;
     }
-    return slot.type;
-}
-
-std::uint32_t Operands::error(std::size_t i) {
-    Slot& slot = slots_[i];
-    if (slot.host != nullptr && (slot.known & kError) == 0) {
-        slot.error = slot.host->errType();
-        slot.known |= kError;
-    }
-    return slot.error;
-}
-
-double Operands::number(std::size_t i) {
-    Slot& slot = slots_[i];
-    if (slot.host != nullptr && (slot.known & kNumber) == 0) {
-        slot.number = slot.host->f64Evaluate();
-        slot.known |= kNumber;
-    }
-    if (slot.numberRaise != 0) throw Raise{i, slot.numberRaise};
-    return slot.number;
-}
-
-const std::string& Operands::text(std::size_t i) {
-    Slot& slot = slots_[i];
-    if (slot.host != nullptr && (slot.known & kText) == 0) {
-        texts_[i] = slot.host->stringEvaluate();
-        slot.known |= kText;
-    }
-    if (slot.textRaise != 0) throw Raise{i, slot.textRaise};
-    return texts_[i];
-}
-
-std::string Operands::takeText(std::size_t i) {
-    text(i);
-    return std::move(texts_[i]);
+    slot.known |= question;
 }
 
 void Operands::raiseOwn() {

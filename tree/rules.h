@@ -30,14 +30,14 @@ constexpr std::uint8_t kAllQuestions = kType | kError | kNumber | kText;
 // One operand's answers while its parent's rules run. A host's node is
 // asked through its public operations when a rule first needs an answer.
 struct Slot {
-    double number = 0.0;
-    ASTNode* host = nullptr;
-    std::uint32_t error = ErrNone;
-    std::uint32_t type = ExprNumber;
-    std::uint8_t known = 0;         // which answers are there (Question bits)
-    std::uint32_t numberRaise = 0;  // 1 + index of the exception its number raises, or 0
-    std::uint32_t textRaise = 0;
-    bool absent = false;
+    double number;
+    ASTNode* host;
+    std::uint32_t error;
+    std::uint32_t type;
+    std::uint32_t numberRaise;  // 1 + index of the exception its number raises, or 0
+    std::uint32_t textRaise;
+    std::uint8_t known;  // which answers are there (Question bits)
+    bool absent;
 };
 
 // A rule met an operand value that raises (BIN2DEC of a non-binary text, RIGHT
@@ -68,18 +68,42 @@ public:
     bool absent(std::size_t i) const { return slots_[i].absent; }
     bool anyAbsent() const;
 
-    std::uint32_t type(std::size_t i);
-    std::uint32_t error(std::size_t i);
-    double number(std::size_t i);
-    const std::string& text(std::size_t i);
+    std::uint32_t type(std::size_t i) {
+        Slot& slot = slots_[i];
+        if (slot.host != nullptr && (slot.known & kType) == 0) askHost(i, kType);
+        return slot.type;
+    }
+    std::uint32_t error(std::size_t i) {
+        Slot& slot = slots_[i];
+        if (slot.host != nullptr && (slot.known & kError) == 0) askHost(i, kError);
+        return slot.error;
+    }
+    double number(std::size_t i) {
+        Slot& slot = slots_[i];
+        if (slot.host != nullptr && (slot.known & kNumber) == 0) askHost(i, kNumber);
+        if (slot.numberRaise != 0) throw Raise{i, slot.numberRaise};
+        return slot.number;
+    }
+    const std::string& text(std::size_t i) {
+        Slot& slot = slots_[i];
+        if (slot.host != nullptr && (slot.known & kText) == 0) askHost(i, kText);
+        if (slot.textRaise != 0) throw Raise{i, slot.textRaise};
+        return texts_[i];
+    }
     // The operand's text, moved out: for the last rule that reads it.
-    std::string takeText(std::size_t i);
+    std::string takeText(std::size_t i) {
+        text(i);
+        return std::move(texts_[i]);
+    }
 
     // Called inside a catch block: the library call that failed raises as
     // this node's value.
     [[noreturn]] void raiseOwn();
 
 private:
+    // Asks a host's node through its public operation, once per run.
+    void askHost(std::size_t i, Question question);
+
     const ASTNode* node_;
     Slot* slots_;
     std::string* texts_;
@@ -113,7 +137,11 @@ struct Rules {
     void (*text)(Operands&, std::string&);
 };
 
-const Rules& rulesOf(Operation operation);
+// Every class's rules, in the order of Operation.
+extern const Rules* const kRulesOfOperations[];
+inline const Rules& rulesOf(Operation operation) {
+    return *kRulesOfOperations[static_cast<std::size_t>(operation)];
+}
 // The class whose nodes the rules of `operation` answer for directly.
 const std::type_info* classOf(Operation operation);
 
