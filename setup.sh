@@ -96,10 +96,11 @@ run_tests() {
         -DCELLFORMULA_SANITIZE=address,undefined
     ctest --test-dir build-asan --output-on-failure -j "$JOBS"
 
-    # Threads that share a tree or use drivers side by side, under ThreadSanitizer.
+    # Threads that share a tree or use drivers side by side, and the deep
+    # shapes on a small stack, under ThreadSanitizer.
     configure_and_build build-tsan cellformula_tests -DCELLFORMULA_SANITIZE=thread \
         -DCELLFORMULA_BUILD_TOOLS=OFF
-    ctest --test-dir build-tsan --output-on-failure -R Threads
+    ctest --test-dir build-tsan --output-on-failure -j "$JOBS" -R "Threads|DeepTrees"
 
     # Both fuzz targets for a bounded time; any finding fails the run.
     CXX=clang++ configure_and_build build-fuzz "" -DCMAKE_CXX_COMPILER=clang++ \

@@ -99,12 +99,22 @@ void compareAt(ASTNode& node, const std::string& formula) {
     if (!(compiledOneCall == expected)) fail("the compiled one-call result differs", formula);
 }
 
+// A node's operands, through the public fields of the node classes.
 std::vector<ASTNode*> operandsOf(ASTNode* node) {
-    std::vector<const ASTNode*> listed;
-    node->listOperands(listed);
     std::vector<ASTNode*> operands;
-    for (const ASTNode* operand : listed) operands.push_back(const_cast<ASTNode*>(operand));
-    return operands;
+    if (auto* one = dynamic_cast<CNSingleChildNode*>(node)) {
+        operands.push_back(one->poChild);
+    } else if (auto* many = dynamic_cast<CNManyChildrenNode*>(node)) {
+        operands = {many->poLeft, many->poRight};
+        operands.insert(operands.end(), many->oChildren.begin(), many->oChildren.end());
+    } else if (auto* condition = dynamic_cast<CNIf*>(node)) {
+        operands = {condition->poCondition, condition->poThen, condition->poElse};
+    }
+    std::vector<ASTNode*> present;
+    for (ASTNode* operand : operands) {
+        if (operand != nullptr) present.push_back(operand);
+    }
+    return present;
 }
 
 }  // namespace

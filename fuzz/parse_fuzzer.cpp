@@ -23,8 +23,7 @@ namespace {
 
 // Longer texts only repeat what short ones reach, and slow the search down.
 constexpr std::size_t kLargestInput = 4096;
-// Evaluation recurses once per level; this keeps the deepest tree well inside
-// the stack even with sanitizer-sized frames.
+// Nesting is limited so that one input stays fast to check, outline included.
 constexpr std::size_t kMostParentheses = 2000;
 // Each node is evaluated with its whole subtree, so large trees are checked
 // at the root only to keep one input fast.
