@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "buffer.h"
 #include "logic.h"
 #include "operation.h"
 #include "treewalks.h"
@@ -17,8 +18,14 @@ namespace cellformula {
 // node deletes its own operands, as its class is written.
 void deleteTree(ASTNode* root) {
     if (root == nullptr) return;
-    std::vector<ASTNode*> pending{root};
-    while (!pending.empty()) {
+    const Operation rootOperation = operationOf(*root);
+    if (rootOperation >= Operation::Host || rulesOf(rootOperation).shape == Shape::Leaf) {
+        delete root;
+        return;
+    }
+    Buffer<ASTNode*, 32> pending;
+    pending.push_back(root);
+    while (pending.size() != 0) {
         ASTNode* node = pending.back();
         pending.pop_back();
         const Operation operation = operationOf(*node);
