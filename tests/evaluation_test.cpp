@@ -374,7 +374,8 @@ const char* const kResultFormulas[] = {
     "=1+2*3", "=\"a\"+1", "=IF(A1>0;\"yes\";\"no\")", "=IF(0;2)", "=LEFT(B1;2)", "=RIGHT(\"abc\";-1)",
     "=BIN2DEC(\"12\")", "=TEXT(12.5;\"0.00\")", "=SUM(A1:A3)", "=C1*2", "=1/0", "=ISERROR(1/0)",
     "=LOG(8;2)", "=DEC2BIN(300)", "=HEX2DEC(\"ff\")", "=B1=\"hello\"", "=IF(BIN2DEC(\"2\");1;2)*1",
-    "=A1*2+(1/0)", "=(1/0)+A1*A1", "=A1/A2*3", "=(MIN(A1;A2;C1))*2", "=A2^0.5*A1", "=A1-A2/(A1-4)",
+    "=A1*2+(1/0)", "=(1/0)+A1*A1", "=A1/A2*3", "=IF(BIN2DEC(\"2\");1;2)", "=IF(RIGHT(\"a\";-1)=\"\";1;2)",
+    "=(MIN(A1;A2;C1))*2", "=A2^0.5*A1", "=A1-A2/(A1-4)",
 };
 
 TEST(Evaluation, OneCallAndCompiledEqualTheThreeCalls) {

@@ -85,7 +85,7 @@ extern const Rules kIsErrorRules{
     [](Operands& operands) { return operands.error(0) != ErrNone ? 1.0 : 0.0; }, nullptr};
 
 extern const Rules kIfRules{Shape::Condition,
-                            Kind::FromOperands,
+                            Kind::Any,
                             {{kNumber, kType}, {kType | kError | kNumber, kError}, kNumbers, {kNumber, kText}},
                             &conditionalType,
                             &conditionalError,

@@ -135,13 +135,11 @@ private:
             !static_cast<const CNManyChildrenNode&>(*frame.node).oChildren.empty()) {
             flags |= kList;
         }
-        if (rules.kind == Kind::Text) flags |= kMayNotBeNumber;
-        // Only IF's branches decide its type, not its condition.
-        const std::size_t decidingFrom = rules.shape == Shape::Condition ? 1 : 0;
+        if (rules.kind == Kind::Text || rules.kind == Kind::Any) flags |= kMayNotBeNumber;
         for (std::size_t i = 0; i < count; ++i) {
             const std::uint32_t operand = results_[first + i];
             operands.push_back(operand);
-            if (rules.kind == Kind::FromOperands && i >= decidingFrom) flags |= code_[operand].flags & kMayNotBeNumber;
+            if (rules.kind == Kind::FromOperands) flags |= code_[operand].flags & kMayNotBeNumber;
         }
         results_.pop_back(count);
         // IF leaves its condition and one branch to its rules; the rest keep all operands.

@@ -121,8 +121,10 @@ struct Asks {
 };
 
 enum class Shape : std::uint8_t { Leaf, One, Pair, Condition };
-// What a node's value may be, known before any value is read.
-enum class Kind : std::uint8_t { Number, Text, FromOperands };
+// What a node's value may be, known before any value is read: always a
+// number, always a text, a number when its operands are (a sum), or anything
+// (IF, whose type follows the value of its condition).
+enum class Kind : std::uint8_t { Number, Text, FromOperands, Any };
 
 // A node class's rules. A missing type rule answers ExprNumber, a missing
 // error rule ErrNone, a missing number 0.0, and a missing text rule the
