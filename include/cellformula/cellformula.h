@@ -14,6 +14,7 @@
 #include "parserdriver.h"
 #include "radix.h"
 #include "spreadsheethelper.h"
+#include "structuraledit.h"
 #include "textfunctions.h"
 #include "variable.h"
 #include "version.h"
