@@ -8,6 +8,7 @@
 #include "calculationcollection.h"
 #include "comparison.h"
 #include "compiledformula.h"
+#include "dependencygraph.h"
 #include "formularesult.h"
 #include "logic.h"
 #include "mathfunctions.h"

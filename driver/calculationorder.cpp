@@ -1,0 +1,105 @@
+// The evaluation order of the formulas reachable from some start formulas:
+// Tarjan's strongly connected components, walked with an explicit stack so
+// that a chain of a million formulas needs no deeper call stack than one.
+#include <algorithm>
+
+#include "graphstate.h"
+
+namespace ExpressionParser {
+namespace {
+
+// One formula being walked: its readers are readers[firstReader, endReader).
+struct Frame {
+    std::uint32_t node;
+    std::size_t firstReader;
+    std::size_t nextReader;
+    std::size_t endReader;
+    bool readsItself;
+};
+
+}  // namespace
+
+RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>& starts) {
+    // Visit numbers and low links by node, valid for nodes marked in this
+    // walk, so a walk over a few formulas does not touch all of them.
+    newMark();
+    walkVisit_.resize(nodes_.size());
+    walkLow_.resize(nodes_.size());
+    walkOnStack_.resize(nodes_.size(), 0);
+    std::vector<std::uint32_t>& visitNumber = walkVisit_;
+    std::vector<std::uint32_t>& low = walkLow_;
+    std::vector<std::uint8_t>& onStack = walkOnStack_;
+    const auto unvisited = [&](std::uint32_t node) { return marks_[node] != mark_; };
+    std::vector<std::uint32_t> readers;  // the readers of every formula on the walk's path
+    std::vector<Frame> frames;
+    std::vector<std::uint32_t> stack;
+    // Components as they complete (readers first), each a run of `members`.
+    std::vector<std::uint32_t> members;
+    std::vector<std::size_t> componentEnds;
+    std::vector<bool> componentIsCycle;
+    std::uint32_t counter = 0;
+
+    const auto enter = [&](std::uint32_t node) {
+        mark(node);
+        visitNumber[node] = low[node] = counter++;
+        stack.push_back(node);
+        onStack[node] = 1;
+        const std::size_t first = readers.size();
+        forEachDependent(nodes_[node].cell.s32Column, nodes_[node].cell.s32Row,
+                         [&](std::uint32_t reader) { readers.push_back(reader); });
+        frames.push_back(Frame{node, first, first, readers.size(), false});
+    };
+
+    for (const std::uint32_t start : starts) {
+        if (!unvisited(start)) continue;
+        enter(start);
+        while (!frames.empty()) {
+            Frame& frame = frames.back();
+            if (frame.nextReader < frame.endReader) {
+                const std::uint32_t reader = readers[frame.nextReader++];
+                if (reader == frame.node) frame.readsItself = true;
+                if (unvisited(reader)) {
+                    enter(reader);  // invalidates `frame`
+                } else if (onStack[reader]) {
+                    low[frame.node] = std::min(low[frame.node], visitNumber[reader]);
+                }
+                continue;
+            }
+            const Frame done = frame;
+            frames.pop_back();
+            readers.resize(done.firstReader);
+            if (!frames.empty()) low[frames.back().node] = std::min(low[frames.back().node], low[done.node]);
+            if (low[done.node] != visitNumber[done.node]) continue;
+            const std::size_t begin = members.size();
+            std::uint32_t member = 0;
+            do {
+                member = stack.back();
+                stack.pop_back();
+                onStack[member] = 0;
+                members.push_back(member);
+            } while (member != done.node);
+            componentEnds.push_back(members.size());
+            componentIsCycle.push_back(members.size() - begin > 1 || done.readsItself);
+        }
+    }
+
+    // Components complete after everything that reads them, so the reverse
+    // lists every formula after what it reads.
+    RecalculationOrder result;
+    result.oOrder.reserve(members.size());
+    for (std::size_t component = componentEnds.size(); component-- > 0;) {
+        const std::size_t begin = component == 0 ? 0 : componentEnds[component - 1];
+        const std::size_t end = componentEnds[component];
+        if (!componentIsCycle[component]) {
+            result.oOrder.push_back(nodes_[members[begin]].cell);
+            continue;
+        }
+        std::vector<SheetCell> cycle;
+        cycle.reserve(end - begin);
+        for (std::size_t i = end; i-- > begin;) cycle.push_back(nodes_[members[i]].cell);
+        result.oCycles.push_back(std::move(cycle));
+    }
+    return result;
+}
+
+}  // namespace ExpressionParser

@@ -1,0 +1,127 @@
+#ifndef CELLFORMULA_DEPENDENCYINDEX_H
+#define CELLFORMULA_DEPENDENCYINDEX_H
+
+// Which formulas read a cell: single references in a hash map, ranges as
+// intervals of rows in one list per column. Internal to the library; not installed.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "editrule.h"
+
+namespace ExpressionParser {
+
+// One formula's claim on cells, valid while the formula's generation matches.
+struct Reader {
+    std::uint32_t node;
+    std::uint32_t generation;
+};
+
+class DependencyIndex {
+public:
+    // Ranges of at most this many rows go to a column's sorted list, where a
+    // lookup looks back at most this far; taller ones to a list scanned whole.
+    static constexpr std::int32_t kShortRows = 64;
+
+    // `rect` must lie in the sheet.
+    void add(const CellRect& rect, Reader reader);
+    void clear();
+    std::size_t entries() const { return entries_; }
+    std::size_t bytes() const;
+
+    // Calls visit(reader) for every entry covering the cell; a formula may come more than once.
+    template <class Visit>
+    void forEachReader(std::int32_t column, std::int32_t row, Visit&& visit) {
+        const auto single = singles_.find(key(column, row));
+        if (single != singles_.end()) {
+            for (std::uint32_t link = single->second; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
+        }
+        if (static_cast<std::size_t>(column) >= columns_.size()) return;
+        forEachRange(columns_[static_cast<std::size_t>(column)], row, row, visit);
+    }
+
+    // Calls visit(reader) for every entry meeting any cell of `rect` (in the sheet).
+    template <class Visit>
+    void forEachReader(const CellRect& rect, Visit&& visit) {
+        const std::uint64_t area = std::uint64_t(rect.lastColumn - rect.firstColumn + 1) *
+                                   std::uint64_t(rect.lastRow - rect.firstRow + 1);
+        if (area <= singles_.size()) {
+            for (std::int32_t column = rect.firstColumn; column <= rect.lastColumn; ++column) {
+                for (std::int32_t row = rect.firstRow; row <= rect.lastRow; ++row) {
+                    const auto single = singles_.find(key(column, row));
+                    if (single == singles_.end()) continue;
+                    for (std::uint32_t link = single->second; link != kNoLink; link = links_[link].next) {
+                        visit(links_[link].reader);
+                    }
+                }
+            }
+        } else {
+            for (const auto& [cell, head] : singles_) {
+                const auto column = static_cast<std::int32_t>(cell >> 32);
+                const auto row = static_cast<std::int32_t>(cell & 0xFFFFFFFFu);
+                if (column < rect.firstColumn || column > rect.lastColumn || row < rect.firstRow || row > rect.lastRow) {
+                    continue;
+                }
+                for (std::uint32_t link = head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
+            }
+        }
+        const auto lastColumn = std::min<std::int64_t>(rect.lastColumn, std::int64_t(columns_.size()) - 1);
+        for (std::int64_t column = rect.firstColumn; column <= lastColumn; ++column) {
+            forEachRange(columns_[static_cast<std::size_t>(column)], rect.firstRow, rect.lastRow, visit);
+        }
+    }
+
+private:
+    static constexpr std::uint32_t kNoLink = 0xFFFFFFFFu;
+
+    struct Link {
+        Reader reader;
+        std::uint32_t next;
+    };
+    struct RowSpan {
+        std::int32_t first;
+        std::int32_t last;
+        Reader reader;
+    };
+    struct Column {
+        std::vector<RowSpan> shortSpans;  // sorted by first row once `sorted`
+        std::vector<RowSpan> tallSpans;
+        bool sorted = true;
+    };
+
+    static std::uint64_t key(std::int32_t column, std::int32_t row) {
+        return (std::uint64_t(std::uint32_t(column)) << 32) | std::uint32_t(row);
+    }
+
+    // Spans of the column meeting rows [first, last].
+    template <class Visit>
+    void forEachRange(Column& column, std::int32_t first, std::int32_t last, Visit& visit) {
+        if (!column.sorted) {
+            std::sort(column.shortSpans.begin(), column.shortSpans.end(),
+                      [](const RowSpan& a, const RowSpan& b) { return a.first < b.first; });
+            column.sorted = true;
+        }
+        const auto end = std::upper_bound(column.shortSpans.begin(), column.shortSpans.end(), last,
+                                          [](std::int32_t row, const RowSpan& span) { return row < span.first; });
+        const std::int64_t lowest = std::int64_t(first) - kShortRows;
+        for (auto at = end; at != column.shortSpans.begin();) {
+            --at;
+            if (at->first <= lowest) break;
+            if (at->last >= first) visit(at->reader);
+        }
+        for (const RowSpan& span : column.tallSpans) {
+            if (span.first <= last && span.last >= first) visit(span.reader);
+        }
+    }
+
+    std::unordered_map<std::uint64_t, std::uint32_t> singles_;  // cell -> first link
+    std::vector<Link> links_;
+    std::vector<Column> columns_;
+    std::size_t entries_ = 0;
+};
+
+}  // namespace ExpressionParser
+
+#endif
