@@ -38,9 +38,11 @@ void DependencyGraph::vSetFormula(SheetCell cell, const std::string& formula) {
 
 bool DependencyGraph::bRemoveFormula(SheetCell cell) { return state_->remove(cell); }
 
-const std::string* DependencyGraph::poGetFormula(SheetCell cell) const {
+bool DependencyGraph::bHasFormula(SheetCell cell) const { return state_->find(cell) != nullptr; }
+
+std::string_view DependencyGraph::oGetFormula(SheetCell cell) const {
     const DependencyGraphState::Node* node = state_->find(cell);
-    return node == nullptr ? nullptr : &node->text;
+    return node == nullptr ? std::string_view() : state_->text(*node);
 }
 
 std::size_t DependencyGraph::u64GetFormulaCount() const { return state_->count(); }
@@ -52,14 +54,15 @@ std::vector<SheetCell> DependencyGraph::oGetFormulaCells() const {
     return cells;
 }
 
-std::vector<SpreadSheetHelper::Selection> DependencyGraph::oGetPrecedents(SheetCell cell) const {
+std::vector<SpreadSheetHelper::Selection> DependencyGraph::oGetPrecedents(SheetCell cell) {
     std::vector<SpreadSheetHelper::Selection> precedents;
     const DependencyGraphState::Node* node = state_->find(cell);
     if (node == nullptr) return precedents;
-    const CellRect* references = state_->references(*node);
-    for (std::uint32_t i = 0; i < node->referenceCount; ++i) {
-        const CellRect& rect = references[i];
-        precedents.emplace_back(rect.firstRow, rect.firstColumn, rect.lastRow, rect.lastColumn);
+    for (const CellReference& reference : state_->references(*node)) {
+        precedents.emplace_back(std::min(reference.oFrom.s32Row, reference.oTo.s32Row),
+                                std::min(reference.oFrom.s32Column, reference.oTo.s32Column),
+                                std::max(reference.oFrom.s32Row, reference.oTo.s32Row),
+                                std::max(reference.oFrom.s32Column, reference.oTo.s32Column));
     }
     return precedents;
 }
@@ -98,7 +101,7 @@ RecalculationOrder DependencyGraph::oGetCalculationOrder() {
     std::vector<std::uint32_t> starts;
     starts.reserve(state_->count());
     for (std::uint32_t node = 0; node < state_->nodeSlots(); ++node) {
-        if (state_->node(node).live) starts.push_back(node);
+        if (state_->node(node).live()) starts.push_back(node);
     }
     return state_->order(starts);
 }

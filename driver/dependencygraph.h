@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "spreadsheethelper.h"
@@ -64,15 +65,16 @@ public:
     void vSetFormula(SheetCell cell, const std::string& formula);
     // False when the cell held no formula.
     bool bRemoveFormula(SheetCell cell);
-    // The cell's formula text, or null; valid until the graph next changes.
-    const std::string* poGetFormula(SheetCell cell) const;
+    bool bHasFormula(SheetCell cell) const;
+    // The cell's formula text (empty for a cell without formula); valid until the graph next changes.
+    std::string_view oGetFormula(SheetCell cell) const;
     std::size_t u64GetFormulaCount() const;
     // Every formula cell, in no particular order.
     std::vector<SheetCell> oGetFormulaCells() const;
 
     // The references of the cell's formula in text order, each as its
     // rectangle (a single cell as a 1 x 1 one); empty for a cell without formula.
-    std::vector<SpreadSheetHelper::Selection> oGetPrecedents(SheetCell cell) const;
+    std::vector<SpreadSheetHelper::Selection> oGetPrecedents(SheetCell cell);
     // The formula cells that read the cell, or any cell of the rectangle, directly; each once.
     std::vector<SheetCell> oGetDependents(SheetCell cell);
     std::vector<SheetCell> oGetDependents(const SpreadSheetHelper::Selection& rectangle);

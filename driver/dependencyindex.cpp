@@ -4,9 +4,10 @@ namespace ExpressionParser {
 
 void DependencyIndex::add(const CellRect& rect, Reader reader) {
     if (rect.firstColumn == rect.lastColumn && rect.firstRow == rect.lastRow) {
-        auto [single, fresh] = singles_.try_emplace(key(rect.firstColumn, rect.firstRow), kNoLink);
-        links_.push_back(Link{reader, fresh ? kNoLink : single->second});
-        single->second = static_cast<std::uint32_t>(links_.size() - 1);
+        bool fresh = false;
+        std::uint32_t& head = singles_.emplace(CellMap::key(rect.firstColumn, rect.firstRow), kNoLink, fresh);
+        links_.push_back(Link{reader, head});
+        head = static_cast<std::uint32_t>(links_.size() - 1);
         ++entries_;
         return;
     }
@@ -32,10 +33,7 @@ void DependencyIndex::clear() {
 }
 
 std::size_t DependencyIndex::bytes() const {
-    // A hash map node holds the key, the value and a next pointer, plus its bucket slot.
-    std::size_t total = singles_.bucket_count() * sizeof(void*) +
-                        singles_.size() * (sizeof(void*) + sizeof(std::uint64_t) + sizeof(std::uint64_t));
-    total += links_.capacity() * sizeof(Link) + columns_.capacity() * sizeof(Column);
+    std::size_t total = singles_.bytes() + links_.capacity() * sizeof(Link) + columns_.capacity() * sizeof(Column);
     for (const Column& column : columns_) {
         total += (column.shortSpans.capacity() + column.tallSpans.capacity()) * sizeof(RowSpan);
     }

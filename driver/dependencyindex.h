@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
+#include "cellmap.h"
 #include "editrule.h"
 
 namespace ExpressionParser {
@@ -34,9 +34,8 @@ public:
     // Calls visit(reader) for every entry covering the cell; a formula may come more than once.
     template <class Visit>
     void forEachReader(std::int32_t column, std::int32_t row, Visit&& visit) {
-        const auto single = singles_.find(key(column, row));
-        if (single != singles_.end()) {
-            for (std::uint32_t link = single->second; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
+        if (const std::uint32_t* head = singles_.find(CellMap::key(column, row))) {
+            for (std::uint32_t link = *head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
         }
         if (static_cast<std::size_t>(column) >= columns_.size()) return;
         forEachRange(columns_[static_cast<std::size_t>(column)], row, row, visit);
@@ -50,22 +49,20 @@ public:
         if (area <= singles_.size()) {
             for (std::int32_t column = rect.firstColumn; column <= rect.lastColumn; ++column) {
                 for (std::int32_t row = rect.firstRow; row <= rect.lastRow; ++row) {
-                    const auto single = singles_.find(key(column, row));
-                    if (single == singles_.end()) continue;
-                    for (std::uint32_t link = single->second; link != kNoLink; link = links_[link].next) {
-                        visit(links_[link].reader);
-                    }
+                    const std::uint32_t* head = singles_.find(CellMap::key(column, row));
+                    if (head == nullptr) continue;
+                    for (std::uint32_t link = *head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
                 }
             }
         } else {
-            for (const auto& [cell, head] : singles_) {
+            singles_.forEach([&](std::uint64_t cell, std::uint32_t head) {
                 const auto column = static_cast<std::int32_t>(cell >> 32);
                 const auto row = static_cast<std::int32_t>(cell & 0xFFFFFFFFu);
                 if (column < rect.firstColumn || column > rect.lastColumn || row < rect.firstRow || row > rect.lastRow) {
-                    continue;
+                    return;
                 }
                 for (std::uint32_t link = head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
-            }
+            });
         }
         const auto lastColumn = std::min<std::int64_t>(rect.lastColumn, std::int64_t(columns_.size()) - 1);
         for (std::int64_t column = rect.firstColumn; column <= lastColumn; ++column) {
@@ -91,10 +88,6 @@ private:
         bool sorted = true;
     };
 
-    static std::uint64_t key(std::int32_t column, std::int32_t row) {
-        return (std::uint64_t(std::uint32_t(column)) << 32) | std::uint32_t(row);
-    }
-
     // Spans of the column meeting rows [first, last].
     template <class Visit>
     void forEachRange(Column& column, std::int32_t first, std::int32_t last, Visit& visit) {
@@ -116,7 +109,7 @@ private:
         }
     }
 
-    std::unordered_map<std::uint64_t, std::uint32_t> singles_;  // cell -> first link
+    CellMap singles_;  // cell -> first link
     std::vector<Link> links_;
     std::vector<Column> columns_;
     std::size_t entries_ = 0;

@@ -7,87 +7,84 @@
 namespace ExpressionParser {
 
 void DependencyGraphState::set(SheetCell cell, const std::string& formula) {
-    const auto [found, fresh] = nodeOf_.try_emplace(key(cell), kNoNode);
-    if (!fresh) {
-        release(found->second);
-    }
+    bool fresh = false;
+    std::uint32_t& found = nodeOf_.emplace(key(cell), kNoNode, fresh);
+    if (!fresh) release(found);
     std::uint32_t index = 0;
     if (!freeNodes_.empty()) {
         index = freeNodes_.back();
         freeNodes_.pop_back();
     } else {
         index = static_cast<std::uint32_t>(nodes_.size());
-        nodes_.push_back(Node{cell, 0, 0, 0, false, std::string()});
+        nodes_.push_back(Node{cell, 0, 0, 0});
     }
-    found->second = index;
+    found = index;
     Node& node = nodes_[index];
     node.cell = cell;
-    node.live = true;
-    node.text = formula;
-    readReferences(node, index);
+    ++node.generation;
+    node.textBegin = texts_.size();
+    node.textLength = static_cast<std::uint32_t>(formula.size());
+    texts_ += formula;
+    this->index(formula, index);
     compactIfStale();
 }
 
-void DependencyGraphState::readReferences(Node& node, std::uint32_t index) {
-    CellReferences::vGetReferences(node.text, scratch_);
-    node.firstReference = static_cast<std::uint32_t>(references_.size());
-    node.referenceCount = static_cast<std::uint32_t>(scratch_.size());
+void DependencyGraphState::index(const std::string& formula, std::uint32_t node) {
+    reader_.read(formula, scratch_);
     for (const CellReference& reference : scratch_) {
         const CellRect rect{std::min(reference.oFrom.s32Column, reference.oTo.s32Column),
                             std::min(reference.oFrom.s32Row, reference.oTo.s32Row),
                             std::max(reference.oFrom.s32Column, reference.oTo.s32Column),
                             std::max(reference.oFrom.s32Row, reference.oTo.s32Row)};
-        references_.push_back(rect);
         // Only the part inside the sheet can ever hold a value.
         if (rect.firstColumn >= size_.s32Columns || rect.firstRow >= size_.s32Rows) continue;
         index_.add(CellRect{rect.firstColumn, rect.firstRow, std::min(rect.lastColumn, size_.s32Columns - 1),
                             std::min(rect.lastRow, size_.s32Rows - 1)},
-                   Reader{index, node.generation});
+                   Reader{node, nodes_[node].generation});
     }
+}
+
+const std::vector<CellReference>& DependencyGraphState::references(const Node& node) {
+    scratchText_.assign(text(node));
+    reader_.read(scratchText_, scratch_);
+    return scratch_;
 }
 
 void DependencyGraphState::release(std::uint32_t index) {
     Node& node = nodes_[index];
-    node.live = false;
     ++node.generation;
-    node.text = std::string();
-    staleReferences_ += node.referenceCount;
+    staleBytes_ += node.textLength;
     freeNodes_.push_back(index);
 }
 
 bool DependencyGraphState::remove(SheetCell cell) {
-    const auto found = nodeOf_.find(key(cell));
-    if (found == nodeOf_.end()) return false;
-    release(found->second);
-    nodeOf_.erase(found);
+    const std::uint32_t* found = nodeOf_.find(key(cell));
+    if (found == nullptr) return false;
+    release(*found);
+    nodeOf_.erase(key(cell));
     compactIfStale();
     return true;
 }
 
-// Once stale references outnumber the live ones, the pool and the index are
-// built again from the live formulas, so replacing formulas costs amortised
-// constant time and memory stays proportional to what is live.
+// Once the texts of replaced formulas outweigh the live ones, the text store
+// and the index are built again from the live formulas, so replacing
+// formulas costs amortised constant time and memory stays proportional to
+// what is live.
 void DependencyGraphState::compactIfStale() {
-    if (staleReferences_ <= references_.size() - staleReferences_ + 1024) return;
-    std::vector<CellRect> live;
-    live.reserve(references_.size() - staleReferences_);
+    if (staleBytes_ <= texts_.size() - staleBytes_ + 4096) return;
+    std::string live;
+    live.reserve(texts_.size() - staleBytes_);
     index_.clear();
-    for (std::uint32_t index = 0; index < nodes_.size(); ++index) {
-        Node& node = nodes_[index];
-        if (!node.live) continue;
-        const std::uint32_t first = static_cast<std::uint32_t>(live.size());
-        for (std::uint32_t i = 0; i < node.referenceCount; ++i) {
-            const CellRect& rect = references_[node.firstReference + i];
-            live.push_back(rect);
-            if (rect.firstColumn >= size_.s32Columns || rect.firstRow >= size_.s32Rows) continue;
-            index_.add(CellRect{rect.firstColumn, rect.firstRow, std::min(rect.lastColumn, size_.s32Columns - 1),
-                                std::min(rect.lastRow, size_.s32Rows - 1)},
-                       Reader{index, node.generation});
-        }
-        node.firstReference = first;
+    for (std::uint32_t at = 0; at < nodes_.size(); ++at) {
+        Node& node = nodes_[at];
+        if (!node.live()) continue;
+        scratchText_.assign(text(node));
+        node.textBegin = live.size();
+        live += scratchText_;
+        index(scratchText_, at);
     }
-    references_ = std::move(live);
-    staleReferences_ = 0;
+    texts_ = std::move(live);
+    staleBytes_ = 0;
 }
 
 const DependencyGraphState::Node* DependencyGraphState::find(SheetCell cell) const {
@@ -96,8 +93,22 @@ const DependencyGraphState::Node* DependencyGraphState::find(SheetCell cell) con
 }
 
 std::uint32_t DependencyGraphState::nodeIndex(SheetCell cell) const {
-    const auto found = nodeOf_.find(key(cell));
-    return found == nodeOf_.end() ? kNoNode : found->second;
+    const std::uint32_t* found = nodeOf_.find(key(cell));
+    return found == nullptr ? kNoNode : *found;
+}
+
+void DependencyGraphState::clear() {
+    nodes_.clear();
+    freeNodes_.clear();
+    nodeOf_.clear();
+    texts_.clear();
+    staleBytes_ = 0;
+    index_.clear();
+    marks_.clear();
+    mark_ = 0;
+    walkVisit_.clear();
+    walkLow_.clear();
+    walkOnStack_.clear();
 }
 
 void DependencyGraphState::newMark() {
@@ -123,7 +134,7 @@ std::vector<FormulaChange> DependencyGraphState::edit(const EditRule& rule, bool
     std::vector<Kept> kept;
     kept.reserve(nodeOf_.size());
     for (const Node& node : nodes_) {
-        if (!node.live) continue;
+        if (!node.live()) continue;
         SheetCell to = node.cell;
         if (rule.mapCell(to.s32Column, to.s32Row)) continue;
         if (insertion) {
@@ -133,17 +144,17 @@ std::vector<FormulaChange> DependencyGraphState::edit(const EditRule& rule, bool
         }
     }
     for (const Node& node : nodes_) {
-        if (!node.live) continue;
+        if (!node.live()) continue;
         SheetCell to = node.cell;
         if (!rule.mapCell(to.s32Column, to.s32Row)) {
-            changes.push_back(FormulaChange{node.cell, node.cell, true, node.text});
+            changes.push_back(FormulaChange{node.cell, node.cell, true, std::string(text(node))});
             continue;
         }
-        std::string text = applyEdit(node.text, rule);
-        if (!(to == node.cell) || text != node.text) changes.push_back(FormulaChange{node.cell, to, false, text});
-        kept.push_back(Kept{to, std::move(text)});
+        std::string formula = applyEdit(std::string(text(node)), rule);
+        if (!(to == node.cell) || formula != text(node)) changes.push_back(FormulaChange{node.cell, to, false, formula});
+        kept.push_back(Kept{to, std::move(formula)});
     }
-    *this = DependencyGraphState(size_);
+    clear();
     for (const Kept& formula : kept) set(formula.cell, formula.text);
     std::sort(changes.begin(), changes.end(), [](const FormulaChange& a, const FormulaChange& b) {
         return a.oFrom.s32Row != b.oFrom.s32Row ? a.oFrom.s32Row < b.oFrom.s32Row : a.oFrom.s32Column < b.oFrom.s32Column;
@@ -153,13 +164,10 @@ std::vector<FormulaChange> DependencyGraphState::edit(const EditRule& rule, bool
 
 std::size_t DependencyGraphState::bytes() const {
     std::size_t total = sizeof(*this) + nodes_.capacity() * sizeof(Node) + freeNodes_.capacity() * sizeof(std::uint32_t);
-    // Texts longer than the string's own inline buffer live on the heap.
-    const std::size_t inlineCapacity = std::string().capacity();
-    for (const Node& node : nodes_) {
-        if (node.text.capacity() > inlineCapacity) total += node.text.capacity() + 1;
-    }
-    total += nodeOf_.bucket_count() * sizeof(void*) + nodeOf_.size() * (sizeof(void*) + 2 * sizeof(std::uint64_t));
-    total += references_.capacity() * sizeof(CellRect) + marks_.capacity() * sizeof(std::uint32_t);
+    total += texts_.capacity();
+    total += nodeOf_.bytes();
+    total += marks_.capacity() * sizeof(std::uint32_t) + (walkVisit_.capacity() + walkLow_.capacity()) * sizeof(std::uint32_t) +
+             walkOnStack_.capacity();
     return total + index_.bytes();
 }
 

@@ -4,13 +4,15 @@
 // The data behind DependencyGraph. Internal to the library; not installed.
 #include <cstdint>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
+#include "cellmap.h"
 #include "cellreferences.h"
 #include "dependencygraph.h"
 #include "dependencyindex.h"
 #include "editrule.h"
+#include "referencereader.h"
 
 namespace ExpressionParser {
 
@@ -18,13 +20,16 @@ class DependencyGraphState {
 public:
     explicit DependencyGraphState(SheetSize size) : size_(size) {}
 
+    // A formula cell. Its text lies in the shared text store; its references
+    // are read again from there when asked for, so only the index holds them.
     struct Node {
         SheetCell cell;
-        std::uint32_t firstReference;  // into references_
-        std::uint32_t referenceCount;
-        std::uint32_t generation;  // index entries of an older generation are stale
-        bool live;
-        std::string text;
+        std::uint64_t textBegin;
+        std::uint32_t textLength;
+        // Odd while the cell holds this formula, even once it is gone; index
+        // entries of another generation are stale.
+        std::uint32_t generation;
+        bool live() const { return (generation & 1) != 0; }
     };
 
     SheetSize size() const { return size_; }
@@ -36,13 +41,17 @@ public:
     bool remove(SheetCell cell);
     const Node* find(SheetCell cell) const;
     std::size_t count() const { return nodeOf_.size(); }
+    // Forgets every formula.
+    void clear();
     template <class Visit>
     void forEachNode(Visit&& visit) const {
         for (const Node& node : nodes_) {
-            if (node.live) visit(node);
+            if (node.live()) visit(node);
         }
     }
-    const CellRect* references(const Node& node) const { return references_.data() + node.firstReference; }
+    std::string_view text(const Node& node) const { return std::string_view(texts_).substr(node.textBegin, node.textLength); }
+    // The references of the node's formula, as written.
+    const std::vector<CellReference>& references(const Node& node);
 
     // Calls visit(node index) for each formula reading the cell or meeting the
     // rectangle, possibly more than once.
@@ -74,25 +83,25 @@ public:
     static constexpr std::uint32_t kNoNode = 0xFFFFFFFFu;
 
 private:
-    static std::uint64_t key(SheetCell cell) {
-        return (std::uint64_t(std::uint32_t(cell.s32Column)) << 32) | std::uint32_t(cell.s32Row);
-    }
+    static std::uint64_t key(SheetCell cell) { return CellMap::key(cell.s32Column, cell.s32Row); }
     bool current(Reader reader) const {
         const Node& node = nodes_[reader.node];
-        return node.live && node.generation == reader.generation;
+        return node.generation == reader.generation;
     }
-    void readReferences(Node& node, std::uint32_t index);
+    void index(const std::string& formula, std::uint32_t node);
     void release(std::uint32_t index);
     void compactIfStale();
 
     SheetSize size_;
     std::vector<Node> nodes_;
     std::vector<std::uint32_t> freeNodes_;
-    std::unordered_map<std::uint64_t, std::uint32_t> nodeOf_;
-    std::vector<CellRect> references_;
-    std::size_t staleReferences_ = 0;
+    CellMap nodeOf_;
+    std::string texts_;  // every formula's text, one after the other
+    std::size_t staleBytes_ = 0;  // of replaced and removed formulas
     DependencyIndex index_;
+    ReferenceReader reader_;
     std::vector<CellReference> scratch_;  // the references of the formula being read
+    std::string scratchText_;
 
     // Scratch of the walks: a node is marked when marks_[node] == mark_.
     std::vector<std::uint32_t> marks_;
