@@ -6,18 +6,6 @@
 #include "graphstate.h"
 
 namespace ExpressionParser {
-namespace {
-
-// One formula being walked: its readers are readers[firstReader, endReader).
-struct Frame {
-    std::uint32_t node;
-    std::size_t firstReader;
-    std::size_t nextReader;
-    std::size_t endReader;
-    bool readsItself;
-};
-
-}  // namespace
 
 RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>& starts) {
     // Visit numbers and low links by node, valid for nodes marked in this
@@ -30,13 +18,19 @@ RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>&
     std::vector<std::uint32_t>& low = walkLow_;
     std::vector<std::uint8_t>& onStack = walkOnStack_;
     const auto unvisited = [&](std::uint32_t node) { return marks_[node] != mark_; };
-    std::vector<std::uint32_t> readers;  // the readers of every formula on the walk's path
-    std::vector<Frame> frames;
-    std::vector<std::uint32_t> stack;
+    // The readers of every formula on the walk's path; frame i's readers are
+    // readers[firstReader, endReader).
+    std::vector<std::uint32_t>& readers = walk_.readers;
+    std::vector<WalkFrame>& frames = walk_.frames;
+    std::vector<std::uint32_t>& stack = walk_.stack;
     // Components as they complete (readers first), each a run of `members`.
-    std::vector<std::uint32_t> members;
-    std::vector<std::size_t> componentEnds;
-    std::vector<bool> componentIsCycle;
+    std::vector<std::uint32_t>& members = walk_.members;
+    std::vector<std::size_t>& componentEnds = walk_.componentEnds;
+    std::vector<std::uint8_t>& componentIsCycle = walk_.componentIsCycle;
+    for (auto* list : {&readers, &stack, &members}) list->clear();
+    frames.clear();
+    componentEnds.clear();
+    componentIsCycle.clear();
     std::uint32_t counter = 0;
 
     const auto enter = [&](std::uint32_t node) {
@@ -47,14 +41,14 @@ RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>&
         const std::size_t first = readers.size();
         forEachDependent(nodes_[node].cell.s32Column, nodes_[node].cell.s32Row,
                          [&](std::uint32_t reader) { readers.push_back(reader); });
-        frames.push_back(Frame{node, first, first, readers.size(), false});
+        frames.push_back(WalkFrame{node, first, first, readers.size(), false});
     };
 
     for (const std::uint32_t start : starts) {
         if (!unvisited(start)) continue;
         enter(start);
         while (!frames.empty()) {
-            Frame& frame = frames.back();
+            WalkFrame& frame = frames.back();
             if (frame.nextReader < frame.endReader) {
                 const std::uint32_t reader = readers[frame.nextReader++];
                 if (reader == frame.node) frame.readsItself = true;
@@ -65,7 +59,7 @@ RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>&
                 }
                 continue;
             }
-            const Frame done = frame;
+            const WalkFrame done = frame;
             frames.pop_back();
             readers.resize(done.firstReader);
             if (!frames.empty()) low[frames.back().node] = std::min(low[frames.back().node], low[done.node]);

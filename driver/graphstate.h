@@ -109,6 +109,24 @@ private:
     std::vector<std::uint32_t> walkVisit_;
     std::vector<std::uint32_t> walkLow_;
     std::vector<std::uint8_t> walkOnStack_;  // all 0 between walks
+    // The lists of one ordering walk, kept so that a walk allocates nothing
+    // once they have grown; see calculationorder.cpp.
+    struct WalkFrame {
+        std::uint32_t node;
+        std::size_t firstReader;
+        std::size_t nextReader;
+        std::size_t endReader;
+        bool readsItself;
+    };
+    struct WalkLists {
+        std::vector<std::uint32_t> readers;
+        std::vector<WalkFrame> frames;
+        std::vector<std::uint32_t> stack;
+        std::vector<std::uint32_t> members;
+        std::vector<std::size_t> componentEnds;
+        std::vector<std::uint8_t> componentIsCycle;
+    };
+    WalkLists walk_;
 };
 
 }  // namespace ExpressionParser
