@@ -2,8 +2,10 @@
 #define CELLFORMULA_CELLMAP_H
 
 // A map from a cell to a 32-bit value in one flat array (open addressing with
-// linear probing): no allocation per entry, 12 bytes a slot, at most three
-// quarters of the slots in use. Internal to the library; not installed.
+// linear probing): no allocation per entry, 12 bytes a slot, between half and
+// four fifths of the slots in use. Any number of slots works, so the array
+// grows by 1.6 rather than doubling. Internal to the library; not installed.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -28,9 +30,9 @@ public:
 
     // The cell's value, inserted as `fresh` when the cell had none; `inserted` tells which.
     std::uint32_t& emplace(std::uint64_t cell, std::uint32_t fresh, bool& inserted) {
-        if (4 * (used_ + 1) > 3 * slots_.size()) grow();
+        if (5 * (used_ + 1) > 4 * slots_.size()) grow();
         std::size_t reuse = kNone;
-        for (std::size_t at = home(cell);; at = (at + 1) & mask()) {
+        for (std::size_t at = home(cell);; at = next(at)) {
             Slot& slot = slots_[at];
             const std::uint64_t held = slot.key();
             if (held == cell) {
@@ -92,31 +94,28 @@ private:
 
     std::size_t locate(std::uint64_t cell) const {
         if (slots_.empty()) return kNone;
-        for (std::size_t at = home(cell);; at = (at + 1) & mask()) {
+        for (std::size_t at = home(cell);; at = next(at)) {
             const std::uint64_t held = slots_[at].key();
             if (held == cell) return at;
             if (held == kEmpty) return kNone;
         }
     }
-    std::size_t mask() const { return slots_.size() - 1; }
+    std::size_t next(std::size_t at) const { return at + 1 == slots_.size() ? 0 : at + 1; }
+    // The hash's top 32 bits scaled to the number of slots.
     std::size_t home(std::uint64_t cell) const {
-        return static_cast<std::size_t>((cell * 0x9E3779B97F4A7C15ULL) >> shift_);
+        return static_cast<std::size_t>((((cell * 0x9E3779B97F4A7C15ULL) >> 32) * slots_.size()) >> 32);
     }
 
-    // Places every entry again in the fewest slots that leave half of them free
-    // (the same number when removed slots took the room).
+    // Places every entry again in twice as many slots as entries (fewer
+    // than before when removed slots took the room).
     void grow() {
-        std::size_t count = slots_.empty() ? 16 : slots_.size();
-        while (2 * (size_ + 1) > count) count *= 2;
-        std::vector<Slot> old(count, Slot::of(kEmpty, 0));
+        std::vector<Slot> old(std::max<std::size_t>(16, 2 * (size_ + 1)), Slot::of(kEmpty, 0));
         old.swap(slots_);
-        shift_ = 64;
-        for (std::size_t c = count; c > 1; c /= 2) --shift_;
         used_ = size_;
         for (const Slot& slot : old) {
             if (slot.key() >= kRemoved) continue;
             std::size_t at = home(slot.key());
-            while (slots_[at].key() != kEmpty) at = (at + 1) & mask();
+            while (slots_[at].key() != kEmpty) at = next(at);
             slots_[at] = slot;
         }
     }
@@ -124,7 +123,6 @@ private:
     std::vector<Slot> slots_;
     std::size_t size_ = 0;  // entries
     std::size_t used_ = 0;  // entries and removed slots
-    unsigned shift_ = 64;
 };
 
 }  // namespace ExpressionParser

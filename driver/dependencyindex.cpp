@@ -33,7 +33,7 @@ void DependencyIndex::clear() {
 }
 
 std::size_t DependencyIndex::bytes() const {
-    std::size_t total = singles_.bytes() + links_.capacity() * sizeof(Link) + columns_.capacity() * sizeof(Column);
+    std::size_t total = singles_.bytes() + links_.bytes() + columns_.capacity() * sizeof(Column);
     for (const Column& column : columns_) {
         total += (column.shortSpans.capacity() + column.tallSpans.capacity()) * sizeof(RowSpan);
     }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "blocklist.h"
 #include "cellmap.h"
 #include "editrule.h"
 
@@ -110,7 +111,7 @@ private:
     }
 
     CellMap singles_;  // cell -> first link
-    std::vector<Link> links_;
+    BlockList<Link> links_;
     std::vector<Column> columns_;
     std::size_t entries_ = 0;
 };

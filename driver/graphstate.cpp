@@ -22,9 +22,8 @@ void DependencyGraphState::set(SheetCell cell, const std::string& formula) {
     Node& node = nodes_[index];
     node.cell = cell;
     ++node.generation;
-    node.textBegin = texts_.size();
+    node.textBegin = texts_.append(formula);
     node.textLength = static_cast<std::uint32_t>(formula.size());
-    texts_ += formula;
     this->index(formula, index);
     compactIfStale();
 }
@@ -72,15 +71,13 @@ bool DependencyGraphState::remove(SheetCell cell) {
 // what is live.
 void DependencyGraphState::compactIfStale() {
     if (staleBytes_ <= texts_.size() - staleBytes_ + 4096) return;
-    std::string live;
-    live.reserve(texts_.size() - staleBytes_);
+    TextBlocks live;
     index_.clear();
     for (std::uint32_t at = 0; at < nodes_.size(); ++at) {
         Node& node = nodes_[at];
         if (!node.live()) continue;
         scratchText_.assign(text(node));
-        node.textBegin = live.size();
-        live += scratchText_;
+        node.textBegin = live.append(scratchText_);
         index(scratchText_, at);
     }
     texts_ = std::move(live);
@@ -133,7 +130,8 @@ std::vector<FormulaChange> DependencyGraphState::edit(const EditRule& rule, bool
     std::vector<FormulaChange> changes;
     std::vector<Kept> kept;
     kept.reserve(nodeOf_.size());
-    for (const Node& node : nodes_) {
+    for (std::size_t at = 0; at < nodes_.size(); ++at) {
+        const Node& node = nodes_[at];
         if (!node.live()) continue;
         SheetCell to = node.cell;
         if (rule.mapCell(to.s32Column, to.s32Row)) continue;
@@ -143,7 +141,8 @@ std::vector<FormulaChange> DependencyGraphState::edit(const EditRule& rule, bool
                                         std::to_string(node.cell.s32Row + 1LL) + " would leave the sheet");
         }
     }
-    for (const Node& node : nodes_) {
+    for (std::size_t at = 0; at < nodes_.size(); ++at) {
+        const Node& node = nodes_[at];
         if (!node.live()) continue;
         SheetCell to = node.cell;
         if (!rule.mapCell(to.s32Column, to.s32Row)) {
@@ -163,8 +162,8 @@ std::vector<FormulaChange> DependencyGraphState::edit(const EditRule& rule, bool
 }
 
 std::size_t DependencyGraphState::bytes() const {
-    std::size_t total = sizeof(*this) + nodes_.capacity() * sizeof(Node) + freeNodes_.capacity() * sizeof(std::uint32_t);
-    total += texts_.capacity();
+    std::size_t total = sizeof(*this) + nodes_.bytes() + freeNodes_.capacity() * sizeof(std::uint32_t);
+    total += texts_.bytes();
     total += nodeOf_.bytes();
     total += marks_.capacity() * sizeof(std::uint32_t) + (walkVisit_.capacity() + walkLow_.capacity()) * sizeof(std::uint32_t) +
              walkOnStack_.capacity();

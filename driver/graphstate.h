@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "blocklist.h"
 #include "cellmap.h"
 #include "cellreferences.h"
 #include "dependencygraph.h"
@@ -45,11 +46,11 @@ public:
     void clear();
     template <class Visit>
     void forEachNode(Visit&& visit) const {
-        for (const Node& node : nodes_) {
-            if (node.live()) visit(node);
+        for (std::size_t at = 0; at < nodes_.size(); ++at) {
+            if (nodes_[at].live()) visit(nodes_[at]);
         }
     }
-    std::string_view text(const Node& node) const { return std::string_view(texts_).substr(node.textBegin, node.textLength); }
+    std::string_view text(const Node& node) const { return texts_.view(node.textBegin, node.textLength); }
     // The references of the node's formula, as written.
     const std::vector<CellReference>& references(const Node& node);
 
@@ -93,10 +94,10 @@ private:
     void compactIfStale();
 
     SheetSize size_;
-    std::vector<Node> nodes_;
+    BlockList<Node> nodes_;
     std::vector<std::uint32_t> freeNodes_;
     CellMap nodeOf_;
-    std::string texts_;  // every formula's text, one after the other
+    TextBlocks texts_;  // every formula's text, one after the other
     std::size_t staleBytes_ = 0;  // of replaced and removed formulas
     DependencyIndex index_;
     ReferenceReader reader_;
