@@ -11,13 +11,7 @@ RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>&
     // Visit numbers and low links by node, valid for nodes marked in this
     // walk, so a walk over a few formulas does not touch all of them.
     newMark();
-    walkVisit_.resize(nodes_.size());
-    walkLow_.resize(nodes_.size());
-    walkOnStack_.resize(nodes_.size(), 0);
-    std::vector<std::uint32_t>& visitNumber = walkVisit_;
-    std::vector<std::uint32_t>& low = walkLow_;
-    std::vector<std::uint8_t>& onStack = walkOnStack_;
-    const auto unvisited = [&](std::uint32_t node) { return marks_[node] != mark_; };
+    const auto unvisited = [&](std::uint32_t node) { return scratchOf_[node].mark != mark_; };
     // The readers of every formula on the walk's path; frame i's readers are
     // readers[firstReader, endReader).
     std::vector<std::uint32_t>& readers = walk_.readers;
@@ -35,9 +29,10 @@ RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>&
 
     const auto enter = [&](std::uint32_t node) {
         mark(node);
-        visitNumber[node] = low[node] = counter++;
+        NodeScratch& scratch = scratchOf_[node];
+        scratch.visit = scratch.low = counter++;
         stack.push_back(node);
-        onStack[node] = 1;
+        scratch.onStack = 1;
         const std::size_t first = readers.size();
         forEachDependent(nodes_[node].cell.s32Column, nodes_[node].cell.s32Row,
                          [&](std::uint32_t reader) { readers.push_back(reader); });
@@ -54,22 +49,26 @@ RecalculationOrder DependencyGraphState::order(const std::vector<std::uint32_t>&
                 if (reader == frame.node) frame.readsItself = true;
                 if (unvisited(reader)) {
                     enter(reader);  // invalidates `frame`
-                } else if (onStack[reader]) {
-                    low[frame.node] = std::min(low[frame.node], visitNumber[reader]);
+                } else if (scratchOf_[reader].onStack != 0) {
+                    scratchOf_[frame.node].low = std::min(scratchOf_[frame.node].low, scratchOf_[reader].visit);
                 }
                 continue;
             }
             const WalkFrame done = frame;
             frames.pop_back();
             readers.resize(done.firstReader);
-            if (!frames.empty()) low[frames.back().node] = std::min(low[frames.back().node], low[done.node]);
-            if (low[done.node] != visitNumber[done.node]) continue;
+            const NodeScratch& finished = scratchOf_[done.node];
+            if (!frames.empty()) {
+                NodeScratch& parent = scratchOf_[frames.back().node];
+                parent.low = std::min(parent.low, finished.low);
+            }
+            if (finished.low != finished.visit) continue;
             const std::size_t begin = members.size();
             std::uint32_t member = 0;
             do {
                 member = stack.back();
                 stack.pop_back();
-                onStack[member] = 0;
+                scratchOf_[member].onStack = 0;
                 members.push_back(member);
             } while (member != done.node);
             componentEnds.push_back(members.size());

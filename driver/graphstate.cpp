@@ -101,24 +101,21 @@ void DependencyGraphState::clear() {
     texts_.clear();
     staleBytes_ = 0;
     index_.clear();
-    marks_.clear();
+    scratchOf_.clear();
     mark_ = 0;
-    walkVisit_.clear();
-    walkLow_.clear();
-    walkOnStack_.clear();
 }
 
 void DependencyGraphState::newMark() {
-    if (marks_.size() < nodes_.size()) marks_.resize(nodes_.size(), mark_);
+    if (scratchOf_.size() < nodes_.size()) scratchOf_.resize(nodes_.size(), NodeScratch{mark_, 0, 0, 0});
     if (++mark_ == 0) {
-        std::fill(marks_.begin(), marks_.end(), 0);
+        for (NodeScratch& scratch : scratchOf_) scratch.mark = 0;
         mark_ = 1;
     }
 }
 
 bool DependencyGraphState::mark(std::uint32_t node) {
-    if (marks_[node] == mark_) return false;
-    marks_[node] = mark_;
+    if (scratchOf_[node].mark == mark_) return false;
+    scratchOf_[node].mark = mark_;
     return true;
 }
 
@@ -165,8 +162,7 @@ std::size_t DependencyGraphState::bytes() const {
     std::size_t total = sizeof(*this) + nodes_.bytes() + freeNodes_.capacity() * sizeof(std::uint32_t);
     total += texts_.bytes();
     total += nodeOf_.bytes();
-    total += marks_.capacity() * sizeof(std::uint32_t) + (walkVisit_.capacity() + walkLow_.capacity()) * sizeof(std::uint32_t) +
-             walkOnStack_.capacity();
+    total += scratchOf_.capacity() * sizeof(NodeScratch);
     return total + index_.bytes();
 }
 

@@ -104,12 +104,17 @@ private:
     std::vector<CellReference> scratch_;  // the references of the formula being read
     std::string scratchText_;
 
-    // Scratch of the walks: a node is marked when marks_[node] == mark_.
-    std::vector<std::uint32_t> marks_;
+    // Scratch of the walks, one record per node so that a visit touches one
+    // place: a node is marked when its mark == mark_; the rest is valid for
+    // marked nodes only (onStack is 0 between walks).
+    struct NodeScratch {
+        std::uint32_t mark;
+        std::uint32_t visit;
+        std::uint32_t low;
+        std::uint32_t onStack;
+    };
+    std::vector<NodeScratch> scratchOf_;
     std::uint32_t mark_ = 0;
-    std::vector<std::uint32_t> walkVisit_;
-    std::vector<std::uint32_t> walkLow_;
-    std::vector<std::uint8_t> walkOnStack_;  // all 0 between walks
     // The lists of one ordering walk, kept so that a walk allocates nothing
     // once they have grown; see calculationorder.cpp.
     struct WalkFrame {
