@@ -132,8 +132,17 @@ int runRecalc(const std::vector<std::string>& args, Streams io) {
     if (files.size() != 1) throw UsageError("recalc expects one FILE.csv (- for standard input)");
     const std::vector<std::vector<std::string>> records = readCsvRecords(files[0], io.in);
 
+    const ExpressionParser::SheetSize size{};
+    if (records.size() > static_cast<std::size_t>(size.s32Rows)) {
+        throw InputError("the sheet has more than " + std::to_string(size.s32Rows) + " rows");
+    }
+    for (const std::vector<std::string>& fields : records) {
+        if (fields.size() > static_cast<std::size_t>(size.s32Columns)) {
+            throw InputError("the sheet has more than " + std::to_string(size.s32Columns) + " columns");
+        }
+    }
     SheetValues values;
-    ExpressionParser::DependencyGraph graph;
+    ExpressionParser::DependencyGraph graph(size);
     std::vector<SheetCell> formulaCells;  // in grid order
     for (std::size_t row = 0; row < records.size(); ++row) {
         for (std::size_t column = 0; column < records[row].size(); ++column) {

@@ -54,6 +54,8 @@ check 1 "$(lines '{"cell":"B1","formula":"=A1+1","value":"3","type":"number","er
     '{"cell":"D1","formula":"=LN(0)","value":null,"type":"number","error":4,"errorName":"ErrInfinite","cycle":false}')" \
     '*cycle: C1' recalc --json -
 check 2 "" '*recalc expects one FILE.csv*' recalc
+sheet "$(printf '%16385s' '' | tr ' ' ',')"
+check 2 "" '*more than 16384 columns*' recalc -
 
 # --- edit: cells move, references follow, "$" or not; texts stay
 sheet 'A,B' '1,=A2*2' '2,=SUM(A2:A3)+$A$3' '3,=B2+"A3"'
