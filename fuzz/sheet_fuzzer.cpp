@@ -39,7 +39,7 @@ bool clearOfTheEnd(const std::string& formula, std::int32_t count) {
 }
 
 void editsReturn(const std::string& formula) {
-    for (const std::int32_t at : {0, 1, 50, 99}) {
+    for (const std::int32_t at : {0, 1, 50, 97}) {
         for (const std::int32_t count : {1, 3}) {
             const std::string inserted = StructuralEdit::oInsertRows(formula, at, count, kSize);
             const std::string back = StructuralEdit::oDeleteRows(inserted, at, count, kSize);
