@@ -82,8 +82,10 @@ writes the same grid with each formula replaced by its value; a formula
 whose error code is not ErrNone gives "#" and the code's name (#ErrDomain),
 one that does not parse #SYNTAX, a cell in a cycle #CYCLE. Each cycle's
 cells and each syntax error are listed on standard error. With --json, one
-object per formula cell: cell, formula, value, type, error, errorName, cycle.
-Status 1 when a formula did not parse or a cycle was found.
+object per formula cell: cell, formula, value, type (number, text, none,
+syntax or cycle), error, errorName, cycle (and errorText for a syntax error).
+A formula reading a cell in a cycle or a formula that did not parse finds no
+value there. Status 1 when a formula did not parse or a cycle was found.
 
 edit inserts COUNT rows before ROW (counted from 1) or COUNT columns before
 COLUMN (letters), or deletes COUNT rows or columns from there, and writes the
