@@ -6,8 +6,13 @@ void DependencyIndex::add(const CellRect& rect, Reader reader) {
     if (rect.firstColumn == rect.lastColumn && rect.firstRow == rect.lastRow) {
         bool fresh = false;
         std::uint32_t& head = singles_.emplace(CellMap::key(rect.firstColumn, rect.firstRow), kNoLink, fresh);
-        links_.push_back(Link{reader, head});
-        head = static_cast<std::uint32_t>(links_.size() - 1);
+        if (head != kNoLink && links_[head].count < kReadersPerLink) {
+            Link& link = links_[head];
+            link.readers[link.count++] = reader;
+        } else {
+            links_.push_back(Link{{reader, {}, {}}, 1, head});
+            head = static_cast<std::uint32_t>(links_.size() - 1);
+        }
         ++entries_;
         return;
     }

@@ -36,7 +36,7 @@ public:
     template <class Visit>
     void forEachReader(std::int32_t column, std::int32_t row, Visit&& visit) {
         if (const std::uint32_t* head = singles_.find(CellMap::key(column, row))) {
-            for (std::uint32_t link = *head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
+            visitChain(*head, visit);
         }
         if (static_cast<std::size_t>(column) >= columns_.size()) return;
         forEachRange(columns_[static_cast<std::size_t>(column)], row, row, visit);
@@ -52,7 +52,7 @@ public:
                 for (std::int32_t row = rect.firstRow; row <= rect.lastRow; ++row) {
                     const std::uint32_t* head = singles_.find(CellMap::key(column, row));
                     if (head == nullptr) continue;
-                    for (std::uint32_t link = *head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
+                    visitChain(*head, visit);
                 }
             }
         } else {
@@ -62,7 +62,7 @@ public:
                 if (column < rect.firstColumn || column > rect.lastColumn || row < rect.firstRow || row > rect.lastRow) {
                     return;
                 }
-                for (std::uint32_t link = head; link != kNoLink; link = links_[link].next) visit(links_[link].reader);
+                visitChain(head, visit);
             });
         }
         const auto lastColumn = std::min<std::int64_t>(rect.lastColumn, std::int64_t(columns_.size()) - 1);
@@ -74,10 +74,23 @@ public:
 private:
     static constexpr std::uint32_t kNoLink = 0xFFFFFFFFu;
 
+    // A few readers of one cell; a cell's links form a chain, newest first.
+    // Several readers a link shorten the chain a lookup must follow from one
+    // cache miss to the next, at the size of one link for a cell read once.
+    static constexpr std::uint32_t kReadersPerLink = 3;
     struct Link {
-        Reader reader;
+        Reader readers[kReadersPerLink];
+        std::uint32_t count;
         std::uint32_t next;
     };
+
+    template <class Visit>
+    void visitChain(std::uint32_t link, Visit& visit) {
+        for (; link != kNoLink; link = links_[link].next) {
+            const Link& at = links_[link];
+            for (std::uint32_t i = 0; i < at.count; ++i) visit(at.readers[i]);
+        }
+    }
     struct RowSpan {
         std::int32_t first;
         std::int32_t last;
