@@ -1,4 +1,4 @@
-// A realistic sheet of 100,000 formulas: what building the trees and the
+// The realistic sheet of 100,000 formulas (formulasheet.h): what building the trees and the
 // compiled programs costs, what they hold, and one pass over every formula.
 #include <malloc.h>
 
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "benchutil.h"
-#include "bigsheet.h"
+#include "formulasheet.h"
 
 namespace {
 
@@ -20,18 +20,25 @@ struct SheetTrees {
     std::size_t bytes = 0;
 };
 
-BenchSheet& grid() {
-    static BenchSheet sheet(26, 1000, 0);
-    return sheet;
+formulasheet::Host& grid() {
+    static formulasheet::Host host;
+    return host;
+}
+
+std::vector<std::string> sheetTexts() {
+    std::vector<std::string> texts;
+    for (const formulasheet::Formula& formula : formulasheet::formulas()) texts.push_back(formula.text);
+    return texts;
 }
 
 SheetTrees parseSheet() {
-    BenchDriver driver(grid());
+    ExpressionParser::ParserDriver driver;
+    driver.vSetCalcCollection(&grid());
     SheetTrees sheet;
-    const std::vector<std::string> formulas = bigSheetFormulas();
+    const std::vector<std::string> formulas = sheetTexts();
     sheet.trees.reserve(formulas.size());
     const std::size_t before = bytesInUse();
-    for (const std::string& formula : formulas) sheet.trees.push_back(driver.parse(formula));
+    for (const std::string& formula : formulas) sheet.trees.emplace_back(driver.poParseExpression(formula));
     sheet.bytes = bytesInUse() - before;
     return sheet;
 }
@@ -46,10 +53,11 @@ std::vector<cellformula::CompiledFormula> compileSheet(const SheetTrees& sheet, 
 }
 
 void buildTrees(benchmark::State& state) {
-    const std::vector<std::string> formulas = bigSheetFormulas();
-    BenchDriver driver(grid());
+    const std::vector<std::string> formulas = sheetTexts();
+    ExpressionParser::ParserDriver driver;
+    driver.vSetCalcCollection(&grid());
     for (auto _ : state) {
-        for (const std::string& formula : formulas) driver.parseAndFree(formula);
+        for (const std::string& formula : formulas) delete driver.poParseExpression(formula);
     }
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(formulas.size()));
     state.counters["bytes/formula"] = static_cast<double>(parseSheet().bytes) / static_cast<double>(formulas.size());

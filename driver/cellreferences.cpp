@@ -2,6 +2,7 @@
 
 #include "cellname.h"
 #include "textunits.h"
+#include "referencereader.h"
 #include "tokenreader.h"
 
 namespace ExpressionParser {
@@ -108,12 +109,25 @@ std::vector<CellReference> CellReferences::oGetReferences(const std::string& for
     return references;
 }
 
-void CellReferences::vGetReferences(const std::string& formula, std::vector<CellReference>& references) {
+namespace {
+
+void collect(const std::string& formula, TokenReader& reader, std::vector<CellReference>& references) {
     ReferenceCollector collector(formula, references);
-    TokenReader reader(formula);
     ScannedToken token{};
     while (reader.next(token)) collector.take(token);
     collector.finish();
+}
+
+}  // namespace
+
+void CellReferences::vGetReferences(const std::string& formula, std::vector<CellReference>& references) {
+    TokenReader reader(formula);
+    collect(formula, reader, references);
+}
+
+void ReferenceReader::read(const std::string& formula, std::vector<CellReference>& references) {
+    reader_.restart(formula);
+    collect(formula, reader_, references);
 }
 
 }  // namespace ExpressionParser

@@ -2,11 +2,19 @@
 
 namespace ExpressionParser {
 
-TokenReader::TokenReader(const std::string& text) : text_(text), scanner_(&unusedStream_, nullptr) {
-    scanner_.vSetText("", text_);
+TokenReader::TokenReader(const std::string& text) : text_(&text), scanner_(&unusedStream_, nullptr) {
     scanner_.vKeepValues(false);
-    scanner_.yyrestart(unusedStream_);
     std::memset(symbolOfCode_, kNotAsked, sizeof symbolOfCode_);
+    restart(text);
+}
+
+void TokenReader::restart(const std::string& text) {
+    text_ = &text;
+    scanner_.vSetText("", text);
+    scanner_.yyrestart(unusedStream_);
+    where_ = location();
+    lineStart_ = 0;
+    finished_ = false;
 }
 
 signed char TokenReader::askParser(int code) {

@@ -27,6 +27,9 @@ class TokenReader {
 public:
     // `text` must outlive the reader.
     explicit TokenReader(const std::string& text);
+    // Starts over on another text, which must outlive the reading; the
+    // scanner and its buffer are reused, so many short texts cost no setup each.
+    void restart(const std::string& text);
     TokenReader(const TokenReader&) = delete;
     TokenReader& operator=(const TokenReader&) = delete;
 
@@ -37,7 +40,7 @@ public:
         if (finished_) return false;
         const int code = scanner_.lex(&value_, &where_);
         const std::size_t begin = lineStart_ + static_cast<std::size_t>(where_.begin.column - 1);
-        if (code == 0 && begin >= text_.size()) {
+        if (code == 0 && begin >= text_->size()) {
             finished_ = true;
             return false;
         }
@@ -61,7 +64,7 @@ private:
     }
     static signed char askParser(int code);
 
-    const std::string& text_;
+    const std::string* text_;
     std::istringstream unusedStream_;
     Scanner scanner_;
     Parser::semantic_type value_;

@@ -16,7 +16,7 @@ artifacts=$build_dir/fuzz-findings
 mkdir -p "$artifacts"
 failed=""
 
-for target in parse rewrite evaluate editor; do
+for target in parse rewrite evaluate editor sheet; do
     fuzzer=$build_dir/fuzz/${target}_fuzzer
     if [ ! -x "$fuzzer" ]; then
         echo "fuzz: $fuzzer is missing; configure with -DCELLFORMULA_BUILD_FUZZERS=ON" >&2

@@ -3,6 +3,7 @@
 
 // What the parts of the cellformula program share: its two kinds of bad
 // input, the way inputs arrive, and one entry per subcommand.
+#include <cstdint>
 #include <functional>
 #include <iosfwd>
 #include <stdexcept>
@@ -67,6 +68,11 @@ int runCell(const std::vector<std::string>& args, Streams io);
 int runTokens(const std::vector<std::string>& args, Streams io);
 int runRefs(const std::vector<std::string>& args, Streams io);
 int runCursor(const std::vector<std::string>& args, Streams io);
+int runRecalc(const std::vector<std::string>& args, Streams io);
+int runEdit(const std::vector<std::string>& args, Streams io);
+
+// An error code's name: "ErrDomain", or "Err<code>" for a host's own codes.
+std::string errorName(std::uint32_t error);
 
 // Output pieces shared by the subcommands: a field kept on one line (\\ \t
 // \n \r escaped), a JSON string for any bytes, and a syntax error as JSON.

@@ -76,6 +76,8 @@ std::string typeName(const Result& result) {
     }
 }
 
+}  // namespace
+
 std::string errorName(std::uint32_t error) {
     switch (error) {
         case ErrNone: return "ErrNone";
@@ -88,6 +90,8 @@ std::string errorName(std::uint32_t error) {
         default: return "Err" + std::to_string(error);
     }
 }
+
+namespace {
 
 // Length of the well-formed UTF-8 sequence at `pos`, or 0 when the byte there
 // does not start one (overlong forms, surrogates and code points above

@@ -23,6 +23,9 @@ const char* const kUsage = R"(Usage:
   cellformula tokens [--json] [FORMULA...]
   cellformula refs [--json] [FORMULA...]
   cellformula cursor OFFSET [--json] [FORMULA...]
+  cellformula recalc [--json] FILE.csv|-
+  cellformula edit insert-rows|delete-rows ROW COUNT FILE.csv|-
+  cellformula edit insert-columns|delete-columns COLUMN COUNT FILE.csv|-
 
 Parses and evaluates each FORMULA ("=..." or a bare number); without FORMULA
 arguments, formulas are read one per line from standard input. Each input
@@ -86,6 +89,22 @@ completions.
 
 cell NAME prints the column index, row index (both from 0) and column letters
 of a cell name; cell COL ROW prints the name of the cell at those indices.
+
+recalc reads a CSV sheet (the first field is A1) whose fields are values or
+formulas ("=B2*C2"), evaluates every formula after the cells it reads and
+writes the same grid with each formula replaced by its value; a formula
+whose error code is not ErrNone gives "#" and the code's name (#ErrDomain),
+one that does not parse #SYNTAX, a cell in a cycle #CYCLE. Each cycle's
+cells and each syntax error are listed on standard error. With --json, one
+object per formula cell: cell, formula, value, type (number, text, none,
+syntax or cycle), error, errorName, cycle (and errorText for a syntax error).
+A formula reading a cell in a cycle or a formula that did not parse finds no
+value there. Status 1 when a formula did not parse or a cycle was found.
+
+edit inserts COUNT rows before ROW (counted from 1) or COUNT columns before
+COLUMN (letters), or deletes COUNT rows or columns from there, and writes the
+edited sheet: cells move and every formula's references follow, "$" or not,
+as in a spreadsheet; a reference whose cells are all deleted becomes #REF.
 
 Exit status: 0 on success; 1 if any input failed (after all inputs are
 processed) or NAME is not a cell name; 2 for invalid arguments or an
@@ -167,6 +186,8 @@ const Subcommand kSubcommands[] = {
     {"tokens", runTokens},
     {"refs", runRefs},
     {"cursor", runCursor},
+    {"recalc", runRecalc},
+    {"edit", runEdit},
 };
 
 int dispatch(const std::vector<std::string>& args, Streams io) {

@@ -151,6 +151,25 @@ std::string readSheet(const std::string& path, std::istream& in) {
 
 }  // namespace
 
+std::optional<double> readSheetNumber(const std::string& field) { return readDecimalNumber(field); }
+
+std::vector<std::vector<std::string>> readCsvRecords(const std::string& path, std::istream& in) {
+    std::string content = readSheet(path, in);
+    dropByteOrderMark(content);
+    CsvReader reader(content, path == "-" ? "<stdin>" : path);
+    std::vector<std::vector<std::string>> records;
+    std::vector<std::string> fields;
+    while (reader.nextRecord(fields)) records.push_back(fields);
+    return records;
+}
+
+std::string csvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string quoted = "\"";
+    for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
 VariableRecord CellTable::oGetVariable(const std::string& name) {
     const auto found = cells_.find(canonicalName(name));
     if (found == cells_.end() || found->second.kind == Kind::Empty) {

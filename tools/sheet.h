@@ -3,6 +3,7 @@
 
 #include <istream>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,15 @@
 #include "cli.h"
 
 namespace cellformula::cli {
+
+// A sheet field read as a number the way --sheet reads one: a plain decimal
+// with blanks around it allowed, no hexadecimal, "inf" or "nan".
+std::optional<double> readSheetNumber(const std::string& field);
+// The records of a CSV sheet file ("-" for `in`), a byte-order mark skipped;
+// a malformed file is an InputError naming the line.
+std::vector<std::vector<std::string>> readCsvRecords(const std::string& path, std::istream& in);
+// A field as CSV writes it: in double quotes when it holds a comma, a quote or a line end.
+std::string csvField(const std::string& text);
 
 // The program's variable source: the cells given on the command line or in a
 // sheet. Records point into std::map nodes, which never move, so trees stay
