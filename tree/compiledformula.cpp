@@ -58,33 +58,36 @@ CompiledFormula& CompiledFormula::operator=(CompiledFormula&& other) noexcept {
 
 CompiledFormula::~CompiledFormula() = default;
 
-Answer CompiledFormula::run(std::uint16_t mask) const {
-    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0);
-}
+
 
 double CompiledFormula::f64Evaluate() const {
     if (!code_) return 0.0;
-    return run(demandMask(Asked::Number)).number();
+    const std::uint16_t mask = demandMask(Asked::Number);
+    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0).number();
 }
 
 std::string CompiledFormula::stringEvaluate() const {
     if (!code_) return std::string();
-    return run(demandMask(Asked::Text)).text();
+    const std::uint16_t mask = demandMask(Asked::Text);
+    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0).text();
 }
 
 std::uint32_t CompiledFormula::exprType() const {
     if (!code_) return ExprNoType;
-    return run(demandMask(Asked::Type)).type();
+    const std::uint16_t mask = demandMask(Asked::Type);
+    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0).type();
 }
 
 std::uint32_t CompiledFormula::errType() const {
     if (!code_) return ErrInvalidArg;
-    return run(demandMask(Asked::Error)).error();
+    const std::uint16_t mask = demandMask(Asked::Error);
+    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0).error();
 }
 
 FormulaResult CompiledFormula::oEvaluateAll() const {
     if (!code_) return emptyResult();
-    return run(resultMask(code_[size_ - 1])).all();
+    const std::uint16_t mask = resultMask(code_[size_ - 1]);
+    return Answer(code_.get(), size_, depth_, mask, (textsUnder_ & mask) != 0).all();
 }
 
 }  // namespace cellformula

@@ -11,7 +11,6 @@
 namespace cellformula {
 
 struct Instruction;
-class Answer;
 
 // A tree compiled once into a flat program, for hosts that evaluate the same
 // formula many times. Every evaluation reads the host's current values and
@@ -45,8 +44,6 @@ public:
     FormulaResult oEvaluateAll() const;
 
 private:
-    Answer run(std::uint16_t mask) const;
-
     std::unique_ptr<Instruction[]> code_;
     std::uint32_t size_ = 0;
     std::uint32_t depth_ = 0;
