@@ -7,7 +7,7 @@
 #include <memory>
 #include <sstream>
 
-static_assert(CELLFORMULA_VERSION_MAJOR >= 1, "the version header is part of the umbrella");
+static_assert(CELLFORMULA_VERSION_MAJOR >= 2, "the version header is part of the umbrella");
 
 int main() {
     ExpressionParser::ParserDriver driver;
