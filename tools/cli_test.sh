@@ -25,27 +25,8 @@ failure() { printf '\terror\t%s' "$1"; }
 with_input() { printf '%s' "$1" >"$work/in"; input=$work/in; }
 no_input() { input=/dev/null; }
 
-# check STATUS STDOUT STDERR_PATTERN ARG...
-check() {
-    want_status=$1 want_out=$2 want_err=$3
-    shift 3
-    total=$((total + 1))
-    "$cli" "$@" <"$input" >"$work/out" 2>"$work/err"
-    status=$?
-    out=$(cat "$work/out")
-    err=$(cat "$work/err")
-    problem=""
-    [ "$status" = "$want_status" ] || problem="status $status, expected $want_status"
-    [ "$out" = "$want_out" ] || problem="$problem${problem:+; }stdout differs"
-    # The pattern is deliberately unquoted: it is a shell pattern.
-    # shellcheck disable=SC2254
-    case $err in $want_err) ;; *) problem="$problem${problem:+; }stderr does not match '$want_err'" ;; esac
-    if [ -n "$problem" ]; then
-        failed=$((failed + 1))
-        printf 'FAIL: cellformula %s\n  %s\n  stdout:   %s\n  expected: %s\n  stderr:   %s\n' \
-            "$*" "$problem" "$out" "$want_out" "$err"
-    fi
-}
+# shellcheck source=tools/checks.sh
+. "$(dirname "$0")/checks.sh"
 
 # --- evaluation: value, type and error of plain formulas
 check 0 "$(res 1.5 number '0 ErrNone')" "" '=1.5'

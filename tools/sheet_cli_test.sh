@@ -19,26 +19,10 @@ sheet() { printf '%s\n' "$@" >"$work/sheet.csv"; }
 # lines LINE...: the expected output, one argument per line.
 lines() { printf '%s\n' "$@"; }
 
-# check STATUS STDOUT STDERR_PATTERN ARG... (the sheet's path is $work/sheet.csv)
-check() {
-    want_status=$1 want_out=$2 want_err=$3
-    shift 3
-    total=$((total + 1))
-    "$cli" "$@" <"$work/sheet.csv" >"$work/out" 2>"$work/err"
-    status=$?
-    out=$(cat "$work/out")
-    err=$(cat "$work/err")
-    problem=""
-    [ "$status" = "$want_status" ] || problem="status $status, expected $want_status"
-    [ "$out" = "$want_out" ] || problem="$problem${problem:+; }stdout differs"
-    # shellcheck disable=SC2254
-    case $err in $want_err) ;; *) problem="$problem${problem:+; }stderr does not match '$want_err'" ;; esac
-    if [ -n "$problem" ]; then
-        failed=$((failed + 1))
-        printf 'FAIL: cellformula %s\n  %s\n  stdout:   %s\n  expected: %s\n  stderr:   %s\n' \
-            "$*" "$problem" "$out" "$want_out" "$err"
-    fi
-}
+# The checks read the sheet on standard input too.
+input=$work/sheet.csv
+# shellcheck source=tools/checks.sh
+. "$(dirname "$0")/checks.sh"
 
 # --- recalc: values in dependency order, error codes, syntax errors and cycles
 sheet 'Price,Qty,Total' '2.5,4,=C3+A2*B2' '-1,3,=SQRT(B2)' '=C2*2,"a,b",=A5' '=A5+1,=B6,=1+' '=C5,=B5'
